@@ -1,0 +1,43 @@
+# Each subsystem folder is one library target, its sources picked up by glob so
+# that adding a file needs no edit here. A folder without sources yet becomes an
+# interface target, so that dependents can already name it.
+function(tarvex_library name)
+  cmake_parse_arguments(ARG "" "" "DEPS;PRIVATE_DEPS" ${ARGN})
+  file(GLOB _src CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  if(_src)
+    add_library(${name} STATIC ${_src})
+    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+    target_link_libraries(${name} PUBLIC ${ARG_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})
+  else()
+    add_library(${name} INTERFACE)
+    target_include_directories(${name} INTERFACE "${PROJECT_SOURCE_DIR}/src")
+    target_link_libraries(${name} INTERFACE ${ARG_DEPS})
+  endif()
+endfunction()
+
+# One GoogleTest executable per test folder; ctest runs every test case.
+function(tarvex_test_folder name folder)
+  cmake_parse_arguments(ARG "" "" "DEPS;ENV" ${ARGN})
+  file(GLOB _src CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp")
+  if(NOT _src)
+    return()
+  endif()
+  add_executable(${name} ${_src})
+  target_link_libraries(${name} PRIVATE ${ARG_DEPS} tarvex_testsupport GTest::gtest GTest::gtest_main GTest::gmock)
+  gtest_discover_tests(${name}
+    DISCOVERY_MODE PRE_TEST
+    WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}"
+    TEST_PREFIX "${folder}."
+    PROPERTIES ENVIRONMENT "${ARG_ENV}")
+endfunction()
+
+# Benchmarks: one executable per file.
+function(tarvex_benchmarks)
+  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  file(GLOB _src CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  foreach(f ${_src})
+    get_filename_component(stem "${f}" NAME_WE)
+    add_executable(${stem} "${f}")
+    target_link_libraries(${stem} PRIVATE ${ARG_DEPS} benchmark::benchmark benchmark::benchmark_main)
+  endforeach()
+endfunction()
