@@ -22,7 +22,7 @@ if [ ! -d "$install_dir" ]; then
 fi
 # Absolute, without a trailing separator: the program forms its paths as MainDir + "/x"
 # and changes its current directory as it runs.
-install_dir=$(cd "$install_dir" && pwd -P)
+install_dir=$(cd "$install_dir" && pwd)
 
 if [ -e Tarvex.cfg ]; then
   current=$(head -n 1 Tarvex.cfg || true)
