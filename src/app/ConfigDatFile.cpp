@@ -1,0 +1,44 @@
+#include "app/ConfigDatFile.h"
+
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+#include "app/BoundedLine.h"
+
+namespace tarvex {
+
+// Without an installation directory (a project made before the start, or in a test
+// that sets none) there is no config.dat: its path would name the file system's root.
+ConfigDatFile::ConfigDatFile(Environment& environment) : environment_(&environment) {
+    if (!environment_->mainDir().empty()) read(environment_->configDatPath(), environment_->directories());
+}
+
+ConfigDatFile::~ConfigDatFile() {
+    if (!environment_->mainDir().empty()) write(environment_->configDatPath(), environment_->directories());
+}
+
+int ConfigDatFile::read(const std::string& path, RememberedDirectories& directories) {
+    std::error_code ec;
+    if (!std::filesystem::exists(path, ec)) return 0;
+    std::ifstream in(path);
+    if (!in) return 0;
+    std::string line;
+    for (int i = 0; i < RememberedDirectories::kCount; ++i) {
+        if (!readBoundedLine(in, line)) break;
+        directories.set(static_cast<RememberedDirectories::Which>(i), line);
+    }
+    return 1;
+}
+
+int ConfigDatFile::write(const std::string& path, const RememberedDirectories& directories) {
+    std::ofstream out(path, std::ios::trunc);
+    if (!out) return 0;
+    for (int i = 0; i < RememberedDirectories::kCount; ++i)
+        out << directories.get(static_cast<RememberedDirectories::Which>(i)) << '\n';
+    out << '\n';
+    out.close();
+    return out ? 1 : 0;
+}
+
+}  // namespace tarvex

@@ -1,0 +1,44 @@
+#include "app/StartupFile.h"
+
+#include <fstream>
+
+#include "app/BoundedLine.h"
+
+namespace tarvex {
+
+int StartupFile::read(const std::string& path) {
+    installLine.clear();
+    mark = 0;
+    std::ifstream in(path);
+    if (!in) {
+        errorText = "Can't open " + path;
+        return 0;
+    }
+    std::string line;
+    if (!readBoundedLine(in, line)) {
+        // A failed read that kept characters stopped at the length limit.
+        errorText = line.empty() ? path + ": the installation directory is missing"
+                                 : path + ": the installation directory is longer than 1023 characters";
+        return 0;
+    }
+    if (line.empty()) {
+        errorText = path + ": the installation directory is missing";
+        return 0;
+    }
+    installLine = line;
+    // A mark that doesn't parse (or overflows) counts as 0, so the repair runs.
+    int value = 0;
+    if (in >> value) mark = value;
+    errorText = "No errors";
+    return 1;
+}
+
+int StartupFile::write(const std::string& path) const {
+    std::ofstream out(path, std::ios::trunc);
+    if (!out) return 0;
+    out << installLine << '\n' << mark << '\n';
+    out.close();
+    return out ? 1 : 0;
+}
+
+}  // namespace tarvex
