@@ -8,7 +8,7 @@
 // made and written when it goes, the temporary project of a load included.
 #include <string>
 
-#include "app/Environment.h"
+#include "common/Environment.h"
 
 namespace tarvex {
 

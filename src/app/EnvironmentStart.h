@@ -5,7 +5,7 @@
 // Environment::panelSearchPath() (desktop program) and goes on.
 #include <ostream>
 
-#include "app/Environment.h"
+#include "common/Environment.h"
 #include "app/StartupFile.h"
 
 namespace tarvex {

@@ -7,8 +7,8 @@
 
 #include "TestSupport.h"
 #include "app/ConfigDatFile.h"
-#include "app/Environment.h"
-#include "app/RememberedDirectories.h"
+#include "common/Environment.h"
+#include "common/RememberedDirectories.h"
 
 namespace fs = std::filesystem;
 using tarvex::ConfigDatFile;

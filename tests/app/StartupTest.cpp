@@ -8,7 +8,7 @@
 
 #include "TestSupport.h"
 #include "app/DemoRepair.h"
-#include "app/Environment.h"
+#include "common/Environment.h"
 #include "app/EnvironmentStart.h"
 #include "app/StartupFile.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "app/RememberedDirectories.h"
+#include "common/RememberedDirectories.h"
 
 namespace tarvex {
 

@@ -1,4 +1,4 @@
-#include "app/Environment.h"
+#include "common/Environment.h"
 
 #include <filesystem>
 #include <system_error>

@@ -1,4 +1,4 @@
-#include "app/RememberedDirectories.h"
+#include "common/RememberedDirectories.h"
 
 #include <unistd.h>
 
