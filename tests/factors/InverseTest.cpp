@@ -236,6 +236,23 @@ TEST(Inverse, EdgeCases) {
     EXPECT_EQ(flatLog.prepareInverse(), 0);
 }
 
+// A cumulative that jumps between two adjacent doubles can never close the
+// truncated search's bracket; the search stops at the jump instead of looping.
+TEST(Inverse, TruncatedSearchEndsAtAJump) {
+    Normal step;
+    step.setMean(1.0);
+    step.setStdDeviation(1e-20);  // far below the spacing of doubles near 1
+    ASSERT_EQ(step.setTruncations(0.1, 0.9), 1);
+    for (int k = 0; k <= 100; ++k) {
+        const double x = k * 0.02;  // the jump at 1.0 lies in cell 50
+        step.table.push_back({x, step.cumulative(x)});
+    }
+    const double x = step.inverse(0.5);  // v = 0.5
+    EXPECT_NEAR(x, 1.0, 4e-16);
+    EXPECT_EQ(step.cumulative(std::nextafter(1.0, 0.0)), 0.0);
+    EXPECT_EQ(step.cumulative(std::nextafter(1.0, 2.0)), 1.0);
+}
+
 TEST(Inverse, PrepareAppendsUntilCleared) {
     Triangular t;
     ASSERT_EQ(t.prepareInverse(), 1);
