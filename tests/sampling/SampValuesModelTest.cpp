@@ -221,21 +221,21 @@ TEST(RandomAccessFullWindow, TwentyColumnsOverSeveralBlocks) {
     Driver driver(sampValues::defaultCacheLimit, 20, 11);
     ASSERT_EQ(driver.store_.blockRows(), 13108);
     driver.appendRows(3 * 13108 + 77);
-    driver.run(150);
+    driver.run(40);
 }
 
 TEST(RandomAccessFullWindow, OneColumnOverSeveralBlocks) {
     Driver driver(sampValues::defaultCacheLimit, 1, 12);
     ASSERT_EQ(driver.store_.blockRows(), 262145);
     driver.appendRows(2 * 262145 + 1000);
-    driver.run(100);
+    driver.run(30);
 }
 
 TEST(RandomAccessFullWindow, MoreColumnsThanTheWindow) {
     Driver driver(sampValues::defaultCacheLimit, 262144 + 9, 13);
     ASSERT_EQ(driver.store_.blockRows(), 1);
     driver.appendRows(4);
-    driver.run(30);
+    driver.run(15);
 }
 
 // A whole table written column by column after the rows exist, then read
