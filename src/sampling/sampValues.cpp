@@ -54,9 +54,54 @@ sampValues& sampValues::operator=(const sampValues& other) {
     return *this;
 }
 
-sampValues::~sampValues() {
+sampValues::sampValues(sampValues&& other) noexcept { takeFrom(other); }
+
+sampValues& sampValues::operator=(sampValues&& other) noexcept {
+    if (&other != this) {
+        removeFile();
+        takeFrom(other);
+    }
+    return *this;
+}
+
+sampValues::~sampValues() { removeFile(); }
+
+void sampValues::removeFile() {
     if (fd_ >= 0) ::close(fd_);
     if (!fileName_.empty()) ::unlink(fileName_.c_str());
+    fd_ = -1;
+    fileName_.clear();
+}
+
+void sampValues::takeFrom(sampValues& other) noexcept {
+    cacheLimit_ = other.cacheLimit_;
+    rows_ = other.rows_;
+    columns_ = other.columns_;
+    blockRows_ = other.blockRows_;
+    segmentBlocks_ = other.segmentBlocks_;
+    order_ = other.order_;
+    columnMode_ = other.columnMode_;
+    fileName_ = std::move(other.fileName_);
+    fd_ = other.fd_;
+    errorText_ = std::move(other.errorText_);
+    rowWindow_ = std::move(other.rowWindow_);
+    scratch_ = std::move(other.scratch_);
+    columnWindow_ = std::move(other.columnWindow_);
+    dirty_ = other.dirty_;
+    windowBlock_ = other.windowBlock_;
+    firstRow_ = other.firstRow_;
+    endRow_ = other.endRow_;
+    cachedColumn_ = other.cachedColumn_;
+    cachedSegment_ = other.cachedSegment_;
+
+    other.fd_ = -1;
+    other.fileName_.clear();
+    other.rowWindow_.clear();
+    other.scratch_.clear();
+    other.columnWindow_.clear();
+    other.resetCounts();
+    other.order_ = 0;
+    other.errorText_ = "No errors";
 }
 
 // ---------------------------------------------------------------- file access

@@ -31,6 +31,10 @@ public:
     explicit sampValues(int32_t cacheLimit);
     sampValues(const sampValues& other);
     sampValues& operator=(const sampValues& other);
+    // A move hands over the working file; the moved-from store is empty and
+    // makes itself a new file when it needs one.
+    sampValues(sampValues&& other) noexcept;
+    sampValues& operator=(sampValues&& other) noexcept;
     ~sampValues();
 
     int allocate(int32_t columns);
@@ -91,6 +95,8 @@ private:
     bool copyFrom(const sampValues& other);
     void fail(const char* text) const;
     void resetCounts();
+    void removeFile();
+    void takeFrom(sampValues& other) noexcept;
 
     int32_t cacheLimit_ = defaultCacheLimit;
     int32_t rows_ = 0;

@@ -245,6 +245,45 @@ TEST(SampValuesCopies, AssignCopiesOrderAndRowsAndStaysIndependent) {
     EXPECT_EQ(target.order(), 0);
 }
 
+TEST(SampValuesCopies, MoveHandsOverTheFile) {
+    test::ScratchDir dir;
+    EnvGuard env;
+    env.set("TEMP", dir.path().c_str());
+    sampValues source(16);
+    ASSERT_EQ(source.allocate(3), 1);
+    for (int i = 0; i < 50; ++i) source.addRow(rowOf(i, 3).data());
+    source.setColumnValue(49, 2, -3.0);  // still only in the column window
+    const std::string file = source.workingFileName();
+
+    sampValues moved(std::move(source));
+    EXPECT_EQ(moved.workingFileName(), file);
+    EXPECT_EQ(moved.rowCount(), 50);
+    double x = 0;
+    ASSERT_EQ(moved.getValue(49, 2, &x), 1);
+    EXPECT_EQ(x, -3.0);
+    ASSERT_EQ(moved.getValue(20, 1, &x), 1);
+    EXPECT_EQ(x, 20.125);
+
+    // The moved-from store is empty and usable; it makes a file of its own.
+    EXPECT_EQ(source.rowCount(), 0);
+    EXPECT_EQ(source.columnCount(), 0);
+    ASSERT_EQ(source.allocate(1), 1);
+    for (int i = 0; i < 40; ++i) {
+        const double v = i;
+        ASSERT_EQ(source.addRow(&v), i + 1);
+    }
+    EXPECT_NE(source.workingFileName(), file);
+    ASSERT_EQ(source.getValue(3, 0, &x), 1);
+    EXPECT_EQ(x, 3.0);
+
+    const std::string other = source.workingFileName();
+    moved = std::move(source);  // the target's old file goes away
+    EXPECT_FALSE(fs::exists(file));
+    EXPECT_EQ(moved.workingFileName(), other);
+    ASSERT_EQ(moved.getValue(39, 0, &x), 1);
+    EXPECT_EQ(x, 39.0);
+}
+
 TEST(SampValuesFiles, OneFilePerStoreInTempRemovedWithIt) {
     test::ScratchDir dir;
     EnvGuard env;
