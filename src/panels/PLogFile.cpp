@@ -2,7 +2,9 @@
 
 #include <QString>
 #include <QStringList>
+#include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "app/Environment.h"
 #include "panels/Dialogs.h"
@@ -22,8 +24,11 @@ void PLogFile::registerCallbacks() {
 }
 
 int PLogFile::load(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
+    std::error_code ec;
+    std::ifstream in;
+    // A directory opens as a stream on this system, but holds no lines to show.
+    if (!std::filesystem::is_directory(path, ec)) in.open(path, std::ios::binary);
+    if (!in.is_open() || !in) {
         showMessage(MessageKind::Error, "Error", "Error opening file", window());
         return 0;
     }

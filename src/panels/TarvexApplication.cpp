@@ -163,7 +163,8 @@ void terminateProgram(Panel& panel) {
         TarvexApplication* app = TarvexApplication::instance();
         if (!app || !app->deletePanel(target)) delete target;
         HelpSystem::shutdown();
-        QCoreApplication::exit(0);
+        // Only the program has an event loop to end; a panel made on its own just goes.
+        if (app) QCoreApplication::exit(0);
     });
 }
 
