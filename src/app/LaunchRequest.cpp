@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <string_view>
+#include <utility>
 
 #include "app/BoundedLine.h"
 
@@ -21,28 +22,27 @@ bool valueAfter(std::string_view line, std::string_view label, std::string& valu
 }  // namespace
 
 int LaunchRequest::parseLine(const std::string& line) {
-    struct Label {
-        const char* text;
-        bool isImmediate;
-        Kind kind;
-        std::string LaunchRequest::*remembered;
+    static const std::pair<const char*, Kind> immediateLabels[] = {
+        {"Tarvex sample file:", Kind::TarvexSampleFile},
+        {"External sample file:", Kind::ExternalSampleFile},
+        {"Tarvex configuration file:", Kind::TarvexConfigurationFile},
     };
-    static const Label labels[] = {
-        {"Tarvex sample file:", true, Kind::TarvexSampleFile, nullptr},
-        {"External sample file:", true, Kind::ExternalSampleFile, nullptr},
-        {"Tarvex configuration file:", true, Kind::TarvexConfigurationFile, nullptr},
-        {"Internal model:", false, Kind::TarvexSampleFile, &LaunchRequest::internalModel},
-        {"External model executable:", false, Kind::TarvexSampleFile, &LaunchRequest::externalModelExecutable},
-        {"External model output file:", false, Kind::TarvexSampleFile, &LaunchRequest::externalModelOutputFile},
+    static const std::pair<const char*, std::string LaunchRequest::*> rememberedLabels[] = {
+        {"Internal model:", &LaunchRequest::internalModel},
+        {"External model executable:", &LaunchRequest::externalModelExecutable},
+        {"External model output file:", &LaunchRequest::externalModelOutputFile},
     };
     std::string value;
-    for (const Label& label : labels) {
-        if (!valueAfter(line, label.text, value)) continue;
+    for (const auto& [label, kind] : immediateLabels) {
+        if (!valueAfter(line, label, value)) continue;
         if (value.empty()) return 0;
-        if (label.isImmediate)
-            immediate.push_back({label.kind, value});
-        else
-            this->*label.remembered = value;
+        immediate.push_back({kind, value});
+        return 1;
+    }
+    for (const auto& [label, field] : rememberedLabels) {
+        if (!valueAfter(line, label, value)) continue;
+        if (value.empty()) return 0;
+        this->*field = value;
         return 1;
     }
     return 0;
