@@ -17,6 +17,7 @@
 
 #include "PanelTestSupport.h"
 #include "TestSupport.h"
+#include "panels/EventQueue.h"
 #include "panels/HelpSystem.h"
 #include "panels/Panel.h"
 
@@ -411,6 +412,20 @@ TEST(PanelFiles, AMissingPageFileIsReportedAndTheRestLoads) {
     EXPECT_EQ(p.isLoaded(), 0);
     EXPECT_NE(err.find("PTestPage.ui"), std::string::npos);
     EXPECT_NE(p.getObject("BGo"), nullptr);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(EventQueue, DrainingDispatchesWhatIsWaiting) {
+    tarvex::test::qtApp();
+    int ran = 0;
+    QTimer::singleShot(0, [&] { ++ran; });
+    QMetaObject::invokeMethod(QCoreApplication::instance(), [&] { ++ran; }, Qt::QueuedConnection);
+    EXPECT_EQ(ran, 0);
+    EXPECT_EQ(tarvex::EventQueue::drain(), 1);
+    EXPECT_EQ(ran, 2);
 }
 
 }  // namespace
