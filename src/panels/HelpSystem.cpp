@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTextBrowser>
 #include <QUrl>
@@ -12,6 +13,8 @@
 namespace tarvex {
 
 namespace {
+
+std::string shownPage;
 
 class HelpViewer : public Panel {
 public:
@@ -24,11 +27,15 @@ public:
         registerCallback("dismiss", [this] { hide(); });
         // F1 on the viewer itself leads back to the contents.
         bindKey(Qt::Key_F1, [] { HelpSystem::openIndex(); });
+        // Following a link is showing a page as well.
+        if (auto* b = qobject_cast<QTextBrowser*>(getObject("TeHelp")))
+            QObject::connect(b, &QTextBrowser::sourceChanged, b, [](const QUrl& url) {
+                if (!url.fileName().isEmpty()) shownPage = url.fileName().toStdString();
+            });
     }
 };
 
 HelpViewer* theViewer = nullptr;
-std::string shownPage;
 
 HelpViewer& viewerPanel() {
     if (!theViewer) theViewer = new HelpViewer;

@@ -321,7 +321,7 @@ void Panel::endModal(int result) {
     if (!modalRunning_) return;
     modalRunning_ = false;
     if (window_) hide();
-    if (modalLoop_) static_cast<QEventLoop*>(modalLoop_)->quit();
+    if (modalLoop_) modalLoop_->quit();
 }
 
 }  // namespace tarvex

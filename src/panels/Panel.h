@@ -17,6 +17,7 @@
 #include "panels/GadgetKind.h"
 
 class QAction;
+class QEventLoop;
 class QObject;
 
 namespace tarvex {
@@ -154,6 +155,9 @@ public:
     QAction* menuItem(const std::string& menuBar, int menu, int item) const;
     int setMenuItemSensitive(const std::string& menuBar, int menu, int item, bool sensitive);
     int isMenuItemSensitive(const std::string& menuBar, int menu, int item) const;
+    // Popup menus (a QMenu by name): items by index in the same way.
+    QAction* popupItem(const std::string& popup, int item) const;
+    int setPopupItemSensitive(const std::string& popup, int item, bool sensitive);
 
     // --- pictures
     int setBitmap(const std::string& name, const std::string& bitmapName);  // icons
@@ -188,7 +192,7 @@ private:
     std::function<void(Panel&)> destroyCallback_;
     int modalResult_ = 0;
     bool modalRunning_ = false;
-    void* modalLoop_ = nullptr;  // the QEventLoop of a running modal wait
+    QEventLoop* modalLoop_ = nullptr;  // the loop of a running modal wait
 };
 
 }  // namespace tarvex

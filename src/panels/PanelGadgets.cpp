@@ -515,6 +515,20 @@ int Panel::isMenuItemSensitive(const std::string& menuBar, int menu, int item) c
     return (a && a->isEnabled()) ? 1 : 0;
 }
 
+QAction* Panel::popupItem(const std::string& popup, int item) const {
+    auto* m = as<QMenu>(*this, popup);
+    if (!m) return nullptr;
+    const QList<QAction*> items = m->actions();
+    return (item >= 0 && item < items.size()) ? items[item] : nullptr;
+}
+
+int Panel::setPopupItemSensitive(const std::string& popup, int item, bool sensitive) {
+    QAction* a = popupItem(popup, item);
+    if (!a) return 0;
+    a->setEnabled(sensitive);
+    return 1;
+}
+
 int Panel::setBitmap(const std::string& name, const std::string& bitmapName) {
     return setBitmap(name, Bitmaps::read(bitmapName));
 }

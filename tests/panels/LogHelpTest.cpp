@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
+#include <QTextBrowser>
+#include <QUrl>
 #include <filesystem>
 
 #include "PanelTestSupport.h"
@@ -217,6 +219,14 @@ TEST_F(LogHelpTest, TheHelpSetHasAPagePerEntryPointAndASearch) {
     EXPECT_EQ(HelpSystem::viewer()->getLabel("TSearch"), "Morris");
     HelpSystem::openSearch("");
     EXPECT_EQ(HelpSystem::currentPage(), "search.html");
+    // Following a link of a page shows the linked page.
+    HelpSystem::openIndex();
+    auto* browser = qobject_cast<QTextBrowser*>(HelpSystem::viewer()->getObject("TeHelp"));
+    ASSERT_NE(browser, nullptr);
+    EXPECT_TRUE(browser->toPlainText().contains("Tarvex help"));
+    browser->setSource(QUrl("demo.html"));
+    EXPECT_EQ(HelpSystem::currentPage(), "demo.html");
+    EXPECT_TRUE(browser->toPlainText().contains("Level E"));
 }
 
 TEST(HelpSystemAbsent, WithoutTheHelpSetTheViewerSaysSo) {

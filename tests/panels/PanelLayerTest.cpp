@@ -314,6 +314,12 @@ TEST_F(PanelLayerTest, NotebooksMenusVisibilitySensitivityPicturesAndGauges) {
     EXPECT_EQ(panel->setMenuItemSensitive("MnBar", 0, 3, false), 1);
     EXPECT_EQ(panel->isMenuItemSensitive("MnBar", 0, 3), 0);
     EXPECT_EQ(panel->isMenuItemSensitive("MnBar", 0, 0), 1);
+    // The same menu reached as a popup by its own name.
+    EXPECT_EQ(panel->popupItem("menu0", 3), panel->menuItem("MnBar", 0, 3));
+    EXPECT_EQ(panel->popupItem("menu0", 4), nullptr);
+    EXPECT_EQ(panel->popupItem("MnBar", 0), nullptr);
+    EXPECT_EQ(panel->setPopupItemSensitive("menu0", 3, true), 1);
+    EXPECT_EQ(panel->isMenuItemSensitive("MnBar", 0, 3), 1);
 
     EXPECT_EQ(panel->setSensitive("BGo", false), 1);
     EXPECT_EQ(panel->isSensitive("BGo"), 0);
