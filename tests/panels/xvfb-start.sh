@@ -1,17 +1,18 @@
 #!/usr/bin/env bash
-# Starts the desktop program the way a user does (the start script, from a fresh
-# directory, against a copy of the staged installation tree) on a virtual X display,
-# lets it photograph its main panel, and checks the picture.
-#   xvfb-start.sh STAGE_DIR CHECKER OUTPUT.png
+# Installs the build into a fresh directory and starts the desktop program there the
+# way a user does (the start script, from a directory of its own) on a virtual X
+# display; the program photographs its main panel, and the picture is checked.
+#   xvfb-start.sh BUILD_DIR CHECKER OUTPUT.png
 set -euo pipefail
-stage=$1
+build=$1
 checker=$2
 out=$3
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-cp -r "$stage" "$work/inst"
-cd "$work"
+"${CMAKE_COMMAND:-cmake}" --install "$build" --prefix "$work/inst" >/dev/null
+mkdir "$work/run"
+cd "$work/run"
 
 # A real X server: the program must not fall back to the offscreen platform.
 unset QT_QPA_PLATFORM WAYLAND_DISPLAY
