@@ -117,6 +117,24 @@ TEST_F(MainPanelTest, WorkflowCallbacksAnswerWithTheirTraceLine) {
               " PMainPanel : changeSel method ...\n");
 }
 
+TEST_F(MainPanelTest, EachCallbackReachesItsOwnOperation) {
+    // The registration order of the panel file, and the callbacks the shell implements.
+    const std::vector<std::string> order = {
+        "ishigami", "loadCfg", "analyse", "sobol1", "AboutTarvex", "help", "seeLog", "visualize", "oldGeneration",
+        "helpSearch", "linear", "changeSel", "selectInput", "monteCarlo", "configure", "quickSave", "generate",
+        "sobol3", "levelE", "resetConfiguration", "velsFile", "start", "sobol0", "saveCfg", "importGeneration",
+        "sobol2", "abortMonteCarlo", "terminate"};
+    EXPECT_EQ(std::vector<std::string>(std::begin(PMainPanelBase::kCallbacks), std::end(PMainPanelBase::kCallbacks)),
+              order);
+    auto panel = make();
+    for (const std::string& cb : order) {
+        if (cb == "AboutTarvex" || cb == "help" || cb == "seeLog" || cb == "helpSearch" || cb == "terminate") continue;
+        testing::internal::CaptureStderr();
+        panel->invokeCallback(cb);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), " PMainPanel : " + cb + " method ...\n");
+    }
+}
+
 TEST_F(MainPanelTest, HelpEntryPointsOpenTheirPages) {
     auto panel = make();
     HelpSystem::shutdown();
