@@ -6,7 +6,7 @@
 #include <fstream>
 #include <system_error>
 
-#include "app/Environment.h"
+#include "common/Environment.h"
 #include "panels/Dialogs.h"
 
 namespace tarvex {

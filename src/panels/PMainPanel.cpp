@@ -1,7 +1,7 @@
 #include "panels/PMainPanel.h"
 
 #include "app/ConfigDatFile.h"
-#include "app/Environment.h"
+#include "common/Environment.h"
 #include "panels/HelpSystem.h"
 #include "panels/PAbout.h"
 #include "panels/PLogFile.h"

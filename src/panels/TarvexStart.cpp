@@ -2,7 +2,7 @@
 #include <clocale>
 #include <iostream>
 
-#include "app/Environment.h"
+#include "common/Environment.h"
 #include "app/EnvironmentStart.h"
 #include "panels/SearchPath.h"
 #include "panels/TarvexApplication.h"

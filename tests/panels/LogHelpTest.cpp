@@ -8,7 +8,7 @@
 
 #include "PanelTestSupport.h"
 #include "TestSupport.h"
-#include "app/Environment.h"
+#include "common/Environment.h"
 #include "panels/HelpSystem.h"
 #include "panels/PAbout.h"
 #include "panels/PHelp.h"

@@ -12,7 +12,7 @@
 
 #include "PanelTestSupport.h"
 #include "TestSupport.h"
-#include "app/Environment.h"
+#include "common/Environment.h"
 #include "panels/PMainPanel.h"
 
 using namespace tarvex;

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "app/Environment.h"
+#include "common/Environment.h"
 #include "panels/Dialogs.h"
 #include "panels/HelpSystem.h"
 #include "panels/Panel.h"
