@@ -23,7 +23,7 @@ bool isPlainName(const std::string& name) {
 }
 
 // "%g" in the C locale, without the cost of printf: the precision overload of
-// to_chars is specified to print as printf does.
+// to_chars prints exactly as printf does.
 int formatG(double v, char* buf) {
     if (std::isnan(v)) {
         const char* t = std::signbit(v) ? "-nan" : "nan";
