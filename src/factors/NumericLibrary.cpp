@@ -84,6 +84,8 @@ void normalTails(double z, double& lower, double& upper) {
             den = (den + kD[i]) * y;
         }
         tail = gaussFactor(y) * ((num + kC[7]) / (den + kD[7]));
+    } else if (std::isinf(y)) {
+        tail = 0.0;
     } else {
         const double r = 1.0 / (z * z);
         double num = kP[5] * r;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <limits>
 
 #include <boost/math/special_functions/erf.hpp>
@@ -62,7 +63,7 @@ TEST(NumericLibrary, NormalTailsRelativeTo1e14OutTo37) {
     }
     EXPECT_GT(normal(-37.0, 0, 1).p, 5.7e-300);
     EXPECT_LT(normal(-37.0, 0, 1).p, 5.8e-300);
-    RecordProperty("worstNormalRelativeError", std::to_string(worst));
+    std::printf("largest relative error of the normal tails on [-37, 37]: %.3g\n", worst);
 }
 
 TEST(NumericLibrary, NormalPublishedValuesAndScaling) {

@@ -1,0 +1,129 @@
+// Per factor class: the time to build the 101-point inverse table, and the
+// cost of one inverse with the number of cumulative calls it takes (the
+// table exists so that a row costs about a dozen of them, not a root search).
+#include <benchmark/benchmark.h>
+
+#include "factors/Beta.h"
+#include "factors/Discrete.h"
+#include "factors/Exponential.h"
+#include "factors/Gamma.h"
+#include "factors/LogNormal.h"
+#include "factors/LogUniform.h"
+#include "factors/Triangular.h"
+#include "factors/Weibull.h"
+
+namespace {
+
+using namespace tarvex;
+
+// Counts the cumulative calls made through the virtual slot.
+template <class Base>
+class Counting : public Base {
+public:
+    double cumulative(double x) const override {
+        ++calls;
+        return Base::cumulative(x);
+    }
+    mutable long calls = 0;
+};
+
+template <class T>
+void configure(Counting<T>&) {}
+template <>
+void configure(Counting<Normal>& f) {
+    f.setMean(10.0);
+    f.setStdDeviation(2.0);
+}
+template <>
+void configure(Counting<LogNormal>& f) {
+    f.setMean(0.5);
+    f.setStdDeviation(0.75);
+}
+template <>
+void configure(Counting<Exponential>& f) {
+    f.setLambda(2.5);
+    f.setB(1.0);
+}
+template <>
+void configure(Counting<Gamma>& f) {
+    f.setR(2.5);
+    f.setLambda(0.5);
+}
+template <>
+void configure(Counting<Weibull>& f) {
+    f.setBeta(1.8);
+    f.setN(2.0);
+}
+template <>
+void configure(Counting<Beta>& f) {
+    f.setParameters(0.7, 2.5, -1.0, 3.0);
+}
+template <>
+void configure(Counting<Triangular>& f) {
+    f.setParameters(-1.0, 0.5, 4.0);
+}
+template <>
+void configure(Counting<Uniform>& f) {
+    f.intervalAt(0)->weight = 0.25;
+    f.addInterval(std::make_unique<Interval>(2.0, 4.0, 0.75));
+}
+
+template <class T>
+void BM_prepareInverse(benchmark::State& state) {
+    Counting<T> f;
+    configure(f);
+    long builds = 0;
+    for (auto _ : state) {
+        if (!f.prepareInverse()) state.SkipWithError("prepareInverse failed");
+        f.clearTable();
+        ++builds;
+    }
+    state.counters["cumulative_per_build"] = static_cast<double>(f.calls) / static_cast<double>(builds);
+}
+
+template <class T>
+void BM_inverse(benchmark::State& state) {
+    Counting<T> f;
+    configure(f);
+    if (!f.prepareInverse()) state.SkipWithError("prepareInverse failed");
+    f.calls = 0;
+    // A fixed stream of u values spread over (0,1), as a sampler produces them.
+    uint32_t s = 12345u;
+    long rows = 0;
+    for (auto _ : state) {
+        s = s * 1664525u + 1013904223u;
+        const double u = (s >> 8) * (1.0 / 16777216.0) + 1e-9;
+        benchmark::DoNotOptimize(f.inverse(u));
+        ++rows;
+    }
+    state.counters["cumulative_per_inverse"] = static_cast<double>(f.calls) / static_cast<double>(rows);
+}
+
+void BM_discreteInverse(benchmark::State& state) {
+    Discrete d;
+    d.clear();
+    const int n = static_cast<int>(state.range(0));
+    for (int i = 0; i < n; ++i) d.addPoint(std::make_unique<Interval>(i, i + 1.0, 1.0 / n));
+    uint32_t s = 12345u;
+    for (auto _ : state) {
+        s = s * 1664525u + 1013904223u;
+        benchmark::DoNotOptimize(d.discreteInverse((s >> 8) * (1.0 / 16777216.0)));
+    }
+}
+
+#define FACTOR_BENCH(T)                      \
+    BENCHMARK_TEMPLATE(BM_prepareInverse, T)->Unit(benchmark::kMicrosecond); \
+    BENCHMARK_TEMPLATE(BM_inverse, T)
+
+FACTOR_BENCH(Normal);
+FACTOR_BENCH(LogNormal);
+FACTOR_BENCH(Exponential);
+FACTOR_BENCH(Gamma);
+FACTOR_BENCH(Weibull);
+FACTOR_BENCH(Beta);
+FACTOR_BENCH(Triangular);
+FACTOR_BENCH(Uniform);
+FACTOR_BENCH(LogUniform);
+BENCHMARK(BM_discreteInverse)->Arg(2)->Arg(10)->Arg(100);
+
+} // namespace

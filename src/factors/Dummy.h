@@ -1,0 +1,27 @@
+#pragma once
+#include "factors/Distribution.h"
+
+namespace tarvex {
+
+// Stands for a column of an imported sample that has no distribution: every
+// distribution operation yields 0.0 and the table needs no preparation.
+class Dummy : public Distribution {
+public:
+    Dummy() {
+        typeName = "Dummy";
+        name = "nonameDummy";
+    }
+    Dummy(const Dummy& other) : Distribution(other) { typeName = "Dummy"; }
+
+    int getType() const override { return kDummy; }
+    std::unique_ptr<Factor> clone() const override { return std::make_unique<Dummy>(*this); }
+
+    int prepareInverse() override { return 1; }
+    double mean() const override { return 0.0; }
+    double stdDev() const override { return 0.0; }
+    double cumulative(double) const override { return 0.0; }
+    double inverse(double) const override { return 0.0; }
+    double density(double) const override { return 0.0; }
+};
+
+} // namespace tarvex

@@ -1,0 +1,55 @@
+#include "factors/Exponential.h"
+
+#include <cmath>
+
+namespace tarvex {
+
+Exponential::Exponential() {
+    typeName = "Exponential";
+    name = "nonameExpo";
+    leftTruncation = 0.0;
+}
+
+Exponential::Exponential(const Exponential& other)
+    : TruncatedDistribution(other), lambda(other.lambda), b(other.b) {
+    typeName = "Exponential";
+}
+
+double Exponential::cumulative(double x) const {
+    if (x < b) return 0.0;
+    return 1.0 - std::exp(-(x - b) * lambda);
+}
+
+double Exponential::density(double x) const {
+    if (x < b) return 0.0;
+    return lambda * std::exp(-(x - b) * lambda);
+}
+
+int Exponential::setLambda(double v) {
+    if (!(v > 0.0)) {
+        errorText = "Lambda must be > 0";
+        return 0;
+    }
+    lambda = v;
+    return 1;
+}
+
+int Exponential::setB(double v) {
+    if (!(v >= 0.0)) {
+        errorText = "b must be >= 0";
+        return 0;
+    }
+    b = v;
+    return 1;
+}
+
+int Exponential::setRightTruncation(double v) {
+    if (!(v > 0.0 && v < 1.0)) {
+        errorText = "Truncation must be between 0 and 1";
+        return 0;
+    }
+    rightTruncation = v;
+    return 1;
+}
+
+} // namespace tarvex

@@ -1,0 +1,31 @@
+#pragma once
+// The owned, ordered intervals of a Discrete, Uniform or LogUniform factor,
+// with the operations their panels use.
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "factors/Interval.h"
+
+namespace tarvex {
+
+class IntervalSequence {
+public:
+    // A sequence accepts entries while it holds at most this many, so the
+    // 10002nd entry is the first one refused.
+    static constexpr std::size_t kMaxEntries = 10000;
+
+    int count() const { return static_cast<int>(items.size()); }
+    // Null when i is outside the sequence.
+    Interval* intervalAt(int i) const;
+    // Does nothing when i is outside the sequence.
+    void removeAt(int i);
+    void clear() { items.clear(); }
+    void append(std::unique_ptr<Interval> interval) { items.push_back(std::move(interval)); }
+    // Sum of weights within 1e-13 of 1; otherwise 0 with the panels' text.
+    int checkWeights(std::string& text) const;
+
+    std::vector<std::unique_ptr<Interval>> items;
+};
+
+} // namespace tarvex

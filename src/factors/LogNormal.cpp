@@ -1,0 +1,37 @@
+#include "factors/LogNormal.h"
+
+#include <cmath>
+
+namespace tarvex {
+
+LogNormal::LogNormal() {
+    typeName = "LogNormal";
+    name = "nonameLogNorm";
+}
+
+LogNormal::LogNormal(const LogNormal& other) : Normal(other) {
+    typeName = "LogNormal";
+}
+
+double LogNormal::mean() const {
+    return std::exp(meanValue + stdDeviation * stdDeviation / 2.0);
+}
+
+double LogNormal::stdDev() const {
+    const double s2 = stdDeviation * stdDeviation;
+    return std::sqrt(std::exp(2.0 * meanValue + 2.0 * s2) - std::exp(2.0 * meanValue + s2));
+}
+
+double LogNormal::cumulative(double x) const {
+    if (x < 0.0) return 0.0;
+    return Normal::cumulative(std::log(x));
+}
+
+double LogNormal::density(double x) const {
+    if (x < 0.0) return 0.0;
+    const double d = std::log(x) - meanValue;
+    return std::exp(-d * d / (2.0 * stdDeviation * stdDeviation)) /
+           (std::sqrt(2.0 * M_PI) * stdDeviation * x);
+}
+
+} // namespace tarvex

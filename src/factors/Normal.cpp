@@ -1,0 +1,63 @@
+#include "factors/Normal.h"
+
+#include <cmath>
+
+#include "factors/NumericLibrary.h"
+
+namespace tarvex {
+
+Normal::Normal() {
+    typeName = "Normal";
+    name = "nonameNorm";
+}
+
+Normal::Normal(const Normal& other)
+    : TruncatedDistribution(other), meanValue(other.meanValue), stdDeviation(other.stdDeviation) {
+    typeName = "Normal";
+}
+
+double Normal::cumulative(double x) const {
+    int which = 1, status = 0;
+    double p = 0.0, q = 0.0, bound = 0.0, mu = meanValue, sd = stdDeviation;
+    cdfNormal(which, p, q, x, mu, sd, status, bound);
+    return status == 0 ? p : -1.0;
+}
+
+double Normal::density(double x) const {
+    const double d = x - meanValue;
+    return std::exp(-d * d / (2.0 * stdDeviation * stdDeviation)) / (std::sqrt(2.0 * M_PI) * stdDeviation);
+}
+
+int Normal::setMean(double v) {
+    meanValue = v;
+    return 1;
+}
+
+int Normal::setStdDeviation(double v) {
+    if (!(v >= 0.0)) {
+        errorText = "Standard deviation must be >= 0";
+        return 0;
+    }
+    stdDeviation = v;
+    return 1;
+}
+
+int Normal::setTruncations(double left, double right) {
+    if (!(left <= right)) {
+        errorText = "Left Truncation must be less than right truncation";
+        return 0;
+    }
+    if (!(right < 1.0)) {
+        errorText = "Right Truncation must be less than 1";
+        return 0;
+    }
+    if (!(left > 0.0)) {
+        errorText = "Left Truncation must be greater than 0";
+        return 0;
+    }
+    leftTruncation = left;
+    rightTruncation = right;
+    return 1;
+}
+
+} // namespace tarvex

@@ -1,0 +1,32 @@
+#pragma once
+#include "factors/TruncatedDistribution.h"
+
+namespace tarvex {
+
+// Normal law of mean `mean` and standard deviation `stdDeviation`.
+class Normal : public TruncatedDistribution {
+public:
+    Normal();
+    Normal(const Normal& other);
+
+    int getType() const override { return kNormal; }
+    std::unique_ptr<Factor> clone() const override { return std::make_unique<Normal>(*this); }
+
+    double mean() const override { return meanValue; }
+    double stdDev() const override { return stdDeviation; }
+    double cumulative(double x) const override;
+    double density(double x) const override;
+
+    double getMean() const { return meanValue; }
+    double getStdDeviation() const { return stdDeviation; }
+    int setMean(double v);
+    int setStdDeviation(double v);
+    // Tests its arguments, in order: left <= right, right < 1, left > 0.
+    int setTruncations(double left, double right);
+
+protected:
+    double meanValue = 0.0;
+    double stdDeviation = 1.0;
+};
+
+} // namespace tarvex

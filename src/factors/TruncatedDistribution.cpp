@@ -1,0 +1,76 @@
+#include "factors/TruncatedDistribution.h"
+
+#include <cmath>
+
+namespace tarvex {
+
+namespace {
+
+double gDefaultLeft = 0.001;
+double gDefaultRight = 0.999;
+
+} // namespace
+
+TruncatedDistribution::TruncatedDistribution()
+    : leftTruncation(gDefaultLeft), rightTruncation(gDefaultRight) {}
+
+TruncatedDistribution::TruncatedDistribution(const TruncatedDistribution& other)
+    : Distribution(other), leftTruncation(other.leftTruncation), rightTruncation(other.rightTruncation) {}
+
+double TruncatedDistribution::inverse(double u) const {
+    if (table.size() < 101) return 0.0;  // not prepared: nothing to map through
+    const double v = (rightTruncation - leftTruncation) * u + leftTruncation;
+    const double scaled = v * 100.0;
+    if (scaled >= 100.0) return table[100].x;
+    const int i = scaled > 0.0 ? static_cast<int>(scaled) : 0;
+    // Looser tolerance than the untruncated search, and no pass limit: the
+    // search ends when the bracket can no longer be split.
+    return bisect(table[i], table[i + 1], v, 1e-6, -1);
+}
+
+int TruncatedDistribution::setLeftTruncation(double v) {
+    if (leftTruncation > 0.0 && leftTruncation <= rightTruncation) {
+        leftTruncation = v;
+        return 1;
+    }
+    errorText = "Left truncation cannot be less than 0.001 or greater than right truncation";
+    return 0;
+}
+
+int TruncatedDistribution::setRightTruncation(double v) {
+    if (rightTruncation >= leftTruncation && rightTruncation < 1.0) {
+        rightTruncation = v;
+        return 1;
+    }
+    errorText = "Right truncation cannot be less than left truncation or greater than 0.999";
+    return 0;
+}
+
+int TruncatedDistribution::setDefaultLeftTruncation(double v) {
+    if (!(gDefaultLeft > 0.0 && gDefaultLeft <= gDefaultRight)) return 0;
+    gDefaultLeft = v;
+    return 1;
+}
+
+int TruncatedDistribution::setDefaultRightTruncation(double v) {
+    if (!(gDefaultRight >= gDefaultLeft && gDefaultRight < 1.0)) return 0;
+    gDefaultRight = v;
+    return 1;
+}
+
+int TruncatedDistribution::setDefaultTruncations(double left, double right) {
+    if (!(left > 0.0 && right < 1.0 && left < right)) return 0;
+    gDefaultLeft = left;
+    gDefaultRight = right;
+    return 1;
+}
+
+double TruncatedDistribution::defaultLeftTruncation() {
+    return gDefaultLeft;
+}
+
+double TruncatedDistribution::defaultRightTruncation() {
+    return gDefaultRight;
+}
+
+} // namespace tarvex

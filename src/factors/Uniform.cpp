@@ -1,0 +1,86 @@
+#include "factors/Uniform.h"
+
+#include <cmath>
+
+namespace tarvex {
+
+Uniform::Uniform() {
+    typeName = "Uniform";
+    name = "nonameUnif";
+    intervals.append(std::make_unique<Interval>());
+}
+
+Uniform::Uniform(const Uniform& other) : Distribution(other) {
+    typeName = "Uniform";
+    copyIntervals(other, false);
+}
+
+void Uniform::copyIntervals(const Uniform& other, bool logIntervals) {
+    for (const auto& src : other.intervals.items) {
+        std::unique_ptr<Interval> iv = logIntervals ? std::make_unique<LogInterval>() : std::make_unique<Interval>();
+        iv->left = src->left;
+        iv->right = src->right;
+        if (src->weight > 0.0 && src->weight <= 1.0) {
+            iv->weight = src->weight;
+        } else {
+            iv->errorText = "Weight value error";
+        }
+        intervals.append(std::move(iv));
+    }
+}
+
+double Uniform::mean() const {
+    double m = 0.0;
+    for (const auto& iv : intervals.items) m += (iv->left + iv->right) / 2.0 * iv->weight;
+    return m;
+}
+
+double Uniform::stdDev() const {
+    double m2 = 0.0;
+    for (const auto& iv : intervals.items) {
+        const double a = iv->left, c = iv->right;
+        m2 += (c * c * c - a * a * a) * iv->weight / (3.0 * (c - a));
+    }
+    const double m = mean();
+    return std::sqrt(m2 - m * m);
+}
+
+double Uniform::partialWeight(const Interval& iv, double x) const {
+    return (x - iv.left) * iv.weight / (iv.right - iv.left);
+}
+
+double Uniform::intervalDensity(const Interval& iv, double) const {
+    return iv.weight / (iv.right - iv.left);
+}
+
+double Uniform::cumulative(double x) const {
+    const auto& items = intervals.items;
+    double sum = 0.0;
+    std::size_t k = 0;
+    while (k < items.size() && items[k]->right < x) sum += items[k++]->weight;
+    if (k < items.size() && items[k]->left <= x && x <= items[k]->right) sum += partialWeight(*items[k], x);
+    return sum;
+}
+
+double Uniform::density(double x) const {
+    for (const auto& iv : intervals.items) {
+        if (!(iv->left <= x)) break;
+        if (x <= iv->right) return intervalDensity(*iv, x);
+    }
+    return 0.0;
+}
+
+int Uniform::addInterval(std::unique_ptr<Interval> interval) {
+    if (intervals.items.size() > IntervalSequence::kMaxEntries) {
+        errorText = "Too much intervals stored";
+        return 0;
+    }
+    if (!intervals.items.empty() && interval->left < intervals.items.back()->right) {
+        errorText = "Interval to insert overloads previous intervals stored";
+        return 0;
+    }
+    intervals.append(std::move(interval));
+    return 1;
+}
+
+} // namespace tarvex

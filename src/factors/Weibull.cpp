@@ -1,0 +1,66 @@
+#include "factors/Weibull.h"
+
+#include <cmath>
+
+#include "factors/NumericLibrary.h"
+
+namespace tarvex {
+
+Weibull::Weibull() {
+    typeName = "Weibull";
+    name = "nonameWeib";
+    leftTruncation = 0.0;
+}
+
+Weibull::Weibull(const Weibull& other)
+    : TruncatedDistribution(other), beta(other.beta), n(other.n), b(other.b) {
+    typeName = "Weibull";
+}
+
+double Weibull::mean() const {
+    return std::exp(lnGamma(1.0 + 1.0 / beta)) * n + b;
+}
+
+double Weibull::stdDev() const {
+    const double g1 = std::exp(lnGamma(1.0 + 1.0 / beta));
+    const double g2 = std::exp(lnGamma(1.0 + 2.0 / beta));
+    return std::sqrt((g2 - g1 * g1) * n * n);
+}
+
+double Weibull::cumulative(double x) const {
+    if (x <= b) return 0.0;
+    return 1.0 - std::exp(-std::pow(x - b, beta) / std::pow(n, beta));
+}
+
+double Weibull::density(double x) const {
+    return (beta / n) * std::pow((x - b) / n, beta - 1.0) * std::exp(-std::pow(x - b, beta) / std::pow(n, beta));
+}
+
+int Weibull::setBeta(double v) {
+    if (!(v > 0.0)) {
+        errorText = "Beta must be > 0";
+        return 0;
+    }
+    beta = v;
+    return 1;
+}
+
+int Weibull::setN(double v) {
+    if (!(v > 0.0)) {
+        errorText = "n must be > 0";
+        return 0;
+    }
+    n = v;
+    return 1;
+}
+
+int Weibull::setB(double v) {
+    if (!(v >= 0.0)) {
+        errorText = "b must be >= 0";
+        return 0;
+    }
+    b = v;
+    return 1;
+}
+
+} // namespace tarvex
