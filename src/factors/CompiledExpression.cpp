@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 
 #include "factors/Evaluator.h"
 #include "factors/ExpressionCompiler.h"
@@ -22,9 +23,90 @@ bool isPlainName(const std::string& name) {
     return std::all_of(name.begin(), name.end(), [&](char c) { return letter(c) || (c >= '0' && c <= '9'); });
 }
 
-// "%g" in the C locale, without the cost of printf: the precision overload of
-// to_chars prints exactly as printf does.
-int formatG(double v, char* buf) {
+// "%g" through the precision overload of to_chars, which prints exactly as
+// printf does in the C locale.
+int formatGExact(double v, char* buf) {
+    const auto r = std::to_chars(buf, buf + 40, v, std::chars_format::general, 6);
+    return static_cast<int>(r.ptr - buf);
+}
+
+// "%g" of a finite value, from its shortest round-trip digits. Rounding those
+// digits to six gives the rounding of the exact binary value, except when
+// they stop at a 5 in seventh place: a decimal closer to the value would
+// otherwise be shorter or nearer, so the shortest digits lie on the same side
+// of every six-digit midpoint as the value. Digits that stop earlier are the
+// six-digit rounding itself as long as a double is far more precise than six
+// digits, which subnormal values are not. Those cases are printed from the
+// exact value.
+int formatGFinite(double v, char* buf) {
+    if (v == 0.0) {
+        if (std::signbit(v)) {
+            std::memcpy(buf, "-0", 2);
+            return 2;
+        }
+        buf[0] = '0';
+        return 1;
+    }
+    if (std::fabs(v) < std::numeric_limits<double>::min()) return formatGExact(v, buf);
+    char shortest[40];
+    const auto r = std::to_chars(shortest, shortest + sizeof shortest, std::fabs(v), std::chars_format::scientific);
+    char digits[24];
+    int n = 0;
+    const char* p = shortest;
+    for (; p < r.ptr && *p != 'e'; ++p)
+        if (*p != '.') digits[n++] = *p;
+    int exponent = 0;
+    std::from_chars(p + 1 + (p[1] == '+' ? 1 : 0), r.ptr, exponent);
+    if (n > 6) {
+        if (n == 7 && digits[6] == '5') return formatGExact(v, buf);
+        const bool up = digits[6] >= '5';
+        n = 6;
+        if (up) {
+            int i = 5;
+            while (i >= 0 && digits[i] == '9') digits[i--] = '0';
+            if (i >= 0) {
+                ++digits[i];
+            } else {
+                digits[0] = '1';
+                n = 1;
+                ++exponent;
+            }
+        }
+    }
+    while (n > 1 && digits[n - 1] == '0') --n;
+
+    int len = 0;
+    if (v < 0) buf[len++] = '-';
+    if (exponent < -4 || exponent >= 6) {
+        buf[len++] = digits[0];
+        if (n > 1) {
+            buf[len++] = '.';
+            for (int i = 1; i < n; ++i) buf[len++] = digits[i];
+        }
+        buf[len++] = 'e';
+        buf[len++] = exponent < 0 ? '-' : '+';
+        const int e = exponent < 0 ? -exponent : exponent;
+        if (e >= 100) buf[len++] = static_cast<char>('0' + e / 100);
+        buf[len++] = static_cast<char>('0' + e / 10 % 10);
+        buf[len++] = static_cast<char>('0' + e % 10);
+    } else if (exponent >= 0) {
+        for (int i = 0; i <= exponent; ++i) buf[len++] = i < n ? digits[i] : '0';
+        if (n > exponent + 1) {
+            buf[len++] = '.';
+            for (int i = exponent + 1; i < n; ++i) buf[len++] = digits[i];
+        }
+    } else {
+        buf[len++] = '0';
+        buf[len++] = '.';
+        for (int i = 0; i < -exponent - 1; ++i) buf[len++] = '0';
+        for (int i = 0; i < n; ++i) buf[len++] = digits[i];
+    }
+    return len;
+}
+
+} // namespace
+
+int printBoundValue(double v, char* buf) {
     if (std::isnan(v)) {
         const char* t = std::signbit(v) ? "-nan" : "nan";
         std::memcpy(buf, t, std::strlen(t));
@@ -35,11 +117,8 @@ int formatG(double v, char* buf) {
         std::memcpy(buf, t, std::strlen(t));
         return static_cast<int>(std::strlen(t));
     }
-    const auto r = std::to_chars(buf, buf + 40, v, std::chars_format::general, 6);
-    return static_cast<int>(r.ptr - buf);
+    return formatGFinite(v, buf);
 }
-
-} // namespace
 
 std::string formatBoundValue(double value) {
     char buf[256];
@@ -135,7 +214,7 @@ int CompiledExpression::evaluate(const double* values, double& result) {
     for (int line = 1; line <= n && status == 0; ++line) {
         const int k = n - line;
         char text[48];
-        const int length = formatG(values[k], text);
+        const int length = printBoundValue(values[k], text);
         // Both reductions of "name = value;" happen with ";" in view.
         const int column = bindings_[static_cast<std::size_t>(k)].nameLength + 4 + length;
         const bool negative = text[0] == '-';

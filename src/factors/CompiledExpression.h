@@ -26,6 +26,10 @@ inline constexpr const char* kResultName = "rEsUlTtOtAl";
 // current locale turned into a point.
 std::string formatBoundValue(double value);
 
+// The same text in the C locale, written to `out` (at least 32 bytes) without
+// printf; returns its length. Not NUL-terminated.
+int printBoundValue(double value, char* out);
+
 // The text evaluated for one row: "%s = %s;\n%s" applied for names[0],
 // names[1], ... in turn to "rEsUlTtOtAl = <expression>", so that the last
 // name is bound first. values[i] belongs to names[i].
