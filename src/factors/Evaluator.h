@@ -36,6 +36,14 @@ public:
     const SymbolRecord* findSymbol(std::string_view name) const;
 
     // Diagnostic of the last evaluate: empty text and 0, 0 after a success.
+    // Lines and columns count from 1, a tab moving the column to the next
+    // multiple of 8 plus 1. A syntax error is placed at the offending token;
+    // a failed computation (division, full table, unknown function, wrong
+    // argument count, full argument stack) at the token that completed the
+    // failing construct; a name that overflows the character stack just
+    // behind its first character that did not fit; too deep a nesting at the
+    // "(" or "?" that would open the 38th level, also reported on standard
+    // error as "Parser stack overflow".
     const std::string& evalErrorText() const { return error_.text; }
     int evalErrorLine() const { return error_.line; }
     int evalErrorColumn() const { return error_.column; }

@@ -31,7 +31,7 @@ public:
     // The same values for many rows without reading the text again: after
     // prepareRows(count, names), evaluateRow(row) equals evaluate(count,
     // names, row) bit for bit, failures included. Changing the expression
-    // later is noticed.
+    // later is noticed; without prepareRows no factor is bound.
     void prepareRows(int count, const std::vector<std::string>& names);
     double evaluateRow(const double* values);
     // Diagnostic of the last evaluateRow: empty after a success.
