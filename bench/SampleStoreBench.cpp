@@ -15,7 +15,7 @@
 #include <sys/resource.h>
 #include <vector>
 
-#include "sampling/UniformRandom.h"
+#include "common/UniformRandom.h"
 #include "sampling/sampValues.h"
 
 namespace {

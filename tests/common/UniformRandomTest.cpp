@@ -5,7 +5,7 @@
 #include <climits>
 #include <vector>
 
-#include "sampling/UniformRandom.h"
+#include "common/UniformRandom.h"
 
 namespace tarvex {
 namespace {

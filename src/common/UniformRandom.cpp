@@ -1,4 +1,4 @@
-#include "sampling/UniformRandom.h"
+#include "common/UniformRandom.h"
 
 namespace tarvex {
 
