@@ -1,6 +1,8 @@
 #include "factors/LogUniform.h"
 
 #include <cmath>
+#include <istream>
+#include <ostream>
 
 namespace tarvex {
 
@@ -39,6 +41,10 @@ double LogUniform::partialWeight(const Interval& iv, double x) const {
 
 double LogUniform::intervalDensity(const Interval& iv, double x) const {
     return iv.weight / ((std::log(iv.right) - std::log(iv.left)) * x);
+}
+
+std::unique_ptr<Interval> LogUniform::newInterval() const {
+    return std::make_unique<LogInterval>();
 }
 
 } // namespace tarvex
