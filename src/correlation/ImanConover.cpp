@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "common/UniformRandom.h"
+#include "correlation/FactorList.h"
 #include "correlation/Ranking.h"
 #include "factors/Normal.h"
 
@@ -16,6 +17,25 @@ ImanConover::ImanConover(const float* matrix, int32_t n, int32_t rowCount)
 ImanConover::ImanConover(const float* matrix, int32_t n, int32_t rowCount, int32_t seed)
     : factorCount_(n > 0 ? n : 0), rowCount_(rowCount > 0 ? rowCount : 0), seed_(-seed) {
     build(matrix);
+}
+
+ImanConover::ImanConover(const FactorList& factors, int32_t rowCount)
+    : factorCount_(factors.correlatableCount()), rowCount_(rowCount > 0 ? rowCount : 0) {
+    buildFromList(factors);
+}
+
+ImanConover::ImanConover(const FactorList& factors, int32_t rowCount, int32_t seed)
+    : factorCount_(factors.correlatableCount()), rowCount_(rowCount > 0 ? rowCount : 0), seed_(-seed) {
+    buildFromList(factors);
+}
+
+void ImanConover::buildFromList(const FactorList& factors) {
+    const std::vector<float>& matrix = factors.correlationMatrix();
+    if (matrix.size() != size_t(factorCount_) * size_t(factorCount_)) {
+        failed = 1;
+        return;
+    }
+    build(matrix.data());
 }
 
 ImanConover::ImanConover(const float* matrix, int32_t n) : factorCount_(n > 0 ? n : 0) {

@@ -16,6 +16,9 @@ namespace tarvex {
 
 class FactorList;
 
+inline constexpr const char* kImanConoverFailedText =
+    "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.";
+
 class ImanConover {
 public:
     static constexpr int32_t defaultSeed = 5648423;
@@ -24,6 +27,10 @@ public:
     // default seed or with `seed`.
     ImanConover(const float* matrix, int32_t n, int32_t rowCount);
     ImanConover(const float* matrix, int32_t n, int32_t rowCount, int32_t seed);
+    // Target from the list's correlation matrix, one column per correlatable
+    // factor. A matrix that does not match the list counts as failed.
+    ImanConover(const FactorList& factors, int32_t rowCount);
+    ImanConover(const FactorList& factors, int32_t rowCount, int32_t seed);
     // Preview: only the Cholesky step, to tell whether a matrix is acceptable.
     ImanConover(const float* matrix, int32_t n);
 
@@ -46,6 +53,7 @@ public:
 
 private:
     void build(const float* matrix);
+    void buildFromList(const FactorList& factors);
     void shuffle();
     void decompose();
     void correlateAndRank();

@@ -1,0 +1,45 @@
+#pragma once
+// Column-wise helpers shared by the samplers: a whole column in and out of the
+// store through its column window, and the re-ranking of a column by a rank
+// table.
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tarvex {
+
+class FactorList;
+class ImanConover;
+class SteinRanks;
+class sampValues;
+
+int readColumn(sampValues& store, int32_t column, int32_t rows, std::vector<double>& out);
+int writeColumn(sampValues& store, int32_t column, const std::vector<double>& values);
+
+// The rank table of a correlated design: Iman-Conover for correlation mode 1,
+// the Stein sample's ranks for mode 3. A table that failed, or a column it
+// does not hold, leaves that column in the order it has: a rank of 0 for
+// every row would collapse the column onto its smallest value.
+class RankTable {
+public:
+    RankTable();
+    ~RankTable();
+    RankTable(const RankTable&) = delete;
+    RankTable& operator=(const RankTable&) = delete;
+
+    // Builds the table for `rows` rows in blocks of `blockRows`. Returns the
+    // message to report when it cannot be used, "" otherwise.
+    std::string build(const FactorList& factors, int32_t rows, int32_t blockRows, int32_t replicates);
+    void release();
+    bool built() const { return built_; }
+    bool usable(int32_t column) const;
+    int32_t rankOf(int32_t column, int32_t row) const;
+
+private:
+    bool built_ = false;
+    std::unique_ptr<ImanConover> imanConover_;
+    std::unique_ptr<SteinRanks> steinRanks_;
+};
+
+}  // namespace tarvex

@@ -1,0 +1,22 @@
+#pragma once
+// The one loop that drives a generation, shared by the desktop program, the
+// batch tool and the tests. Targets rise by one from 1: a Latin hypercube with
+// a dependence tree draws its children through a band sampler made afresh at
+// each call, so the same project and seed give the same sample only when
+// every front end splits the generation the same way.
+#include <functional>
+
+namespace tarvex {
+
+class PrepConfiguration;
+
+// Result of runGeneration.
+enum GenerationResult : int { kGenerationFailed = -1, kGenerationStopped = 0, kGenerationDone = 1 };
+
+// prepareGeneration, then generate(1), generate(2), ... until 100. After each
+// percent below 100, `step(percent)` is called (show it, serve events); a
+// false answer stops the run. A stopped or failed run is cancelled: empty
+// store, no statistics; on failure the sampler's errorText says why.
+int runGeneration(PrepConfiguration& config, const std::function<bool(int percent)>& step);
+
+}  // namespace tarvex

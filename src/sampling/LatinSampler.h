@@ -1,0 +1,56 @@
+#pragma once
+// Latin hypercube sampling (McKay, Beckman and Conover, "A comparison of three
+// methods for selecting values of input variables in the analysis of output
+// from a computer code", Technometrics 21, 1979): each stochastic factor's
+// probability range is cut in numSamples strata of equal probability, each
+// stratum gets one random point, and the points of a factor are put in random
+// order, or in the order a correlation asks for.
+//
+// Without rank correlation (tree or none), three phases: 0-25 one point per
+// stratum in rising order, 25-45 a permutation by 2n random exchanges per
+// column, 45-50 the children of the dependence tree (not stratified: drawn
+// conditionally on their parent) and the constants. With Iman-Conover or a
+// Stein sample, two: 0-25 the strata (constants included), 25-50 each
+// stochastic column reordered by the rank table, in list order.
+#include <memory>
+#include <vector>
+
+#include "sampling/DesignColumns.h"
+#include "sampling/Sampler.h"
+
+namespace tarvex {
+
+class LatinSampler : public Sampler {
+public:
+    LatinSampler();
+    LatinSampler(const LatinSampler& other);
+
+    float generate(float targetPercent, sampValues& store, FactorList& factors) override;
+    void reset() override;
+    std::unique_ptr<Sampler> clone() const override { return std::make_unique<LatinSampler>(*this); }
+    void readItems(std::istream& in) override { readCountsAndSeed(in); }
+
+    int32_t phase = 0;  // 0 stratify, 1 shuffle, 2 finish; 3 once done
+    int32_t stochasticIndex = 0;
+    // The message of a rank table that could not be used; the sample is then
+    // made without re-ranking. Empty otherwise.
+    std::string warningText;
+
+protected:
+    void writeItems(std::ostream& out) const override { writeCountsAndSeed(out); }
+
+private:
+    int stratify(float target, sampValues& store, FactorList& factors, bool ranked, int32_t stochastic);
+    int exchange(float target, sampValues& store, FactorList& factors, int32_t stochastic);
+    int finishTree(float target, sampValues& store, FactorList& factors, int32_t stochastic);
+    int rerank(float target, sampValues& store, FactorList& factors);
+    float fail(const sampValues& store);
+
+    RankTable ranks_;
+    std::vector<double> sortedColumn_;
+    std::vector<double> column_;   // a column being exchanged, or a child's parent column
+    int32_t columnOf_ = -1;        // factor whose values column_ holds
+    std::vector<double> scratch_;
+};
+
+}  // namespace tarvex

@@ -1,0 +1,306 @@
+#include "sampling/PrepConfiguration.h"
+
+#include <cstdio>
+#include <fstream>
+#include <istream>
+#include <limits>
+#include <ostream>
+
+#include "common/Environment.h"
+#include "factors/Discrete.h"
+#include "factors/Distribution.h"
+#include "factors/LineRead.h"
+#include "factors/Relation.h"
+#include "sampling/SamplerFactors.h"
+
+namespace tarvex {
+
+namespace {
+
+// Buffer sizes of the record's text lines: a line longer than the buffer
+// allows fails the record.
+constexpr std::size_t kMethodNameBytes = 101;
+constexpr std::size_t kStatisticsTailBytes = 255;
+constexpr std::size_t kPathBytes = 1025;
+// Names are kept as in 21-byte fields.
+constexpr std::size_t kFactorNameField = 20;
+
+}  // namespace
+
+PrepConfiguration::PrepConfiguration() = default;
+PrepConfiguration::~PrepConfiguration() = default;
+
+PrepConfiguration::PrepConfiguration(const PrepConfiguration& other)
+    : factors(other.factors),
+      sampler(other.sampler ? other.sampler->clone() : nullptr),
+      samples(other.samples),
+      sampleFile(other.sampleFile),
+      sampleStatistics(other.sampleStatistics ? std::make_unique<SampleStatistics>(*other.sampleStatistics) : nullptr),
+      hasStatistics(other.hasStatistics),
+      external(other.external),
+      factorNames(other.factorNames),
+      nextFactor(other.nextFactor),
+      nextRow(other.nextRow),
+      errorText(other.errorText),
+      percent_(other.percent_) {}
+
+PrepConfiguration& PrepConfiguration::operator=(const PrepConfiguration& other) {
+    if (this != &other) {
+        PrepConfiguration copy(other);
+        swap(copy);
+    }
+    return *this;
+}
+
+void PrepConfiguration::swap(PrepConfiguration& other) noexcept {
+    factors.swap(other.factors);
+    sampler.swap(other.sampler);
+    std::swap(samples, other.samples);
+    sampleFile.swap(other.sampleFile);
+    sampleStatistics.swap(other.sampleStatistics);
+    std::swap(hasStatistics, other.hasStatistics);
+    std::swap(external, other.external);
+    factorNames.swap(other.factorNames);
+    std::swap(nextFactor, other.nextFactor);
+    std::swap(nextRow, other.nextRow);
+    errorText.swap(other.errorText);
+    std::swap(percent_, other.percent_);
+}
+
+void PrepConfiguration::setSamplerError(const std::string& text) {
+    errorText = text;
+    if (sampler) sampler->errorText = text;
+}
+
+// ------------------------------------------------------------ generation
+
+void PrepConfiguration::prepareGeneration() {
+    samples.clear();
+    factors.computeFactorOrder();
+    const int count = factors.factorCount();
+    factorNames.assign(size_t(count), std::string());
+    for (int i = 0; i < count; ++i) factorNames[size_t(i)] = factors.getFactor(i)->name.substr(0, kFactorNameField);
+    for (int i = 0; i < count; ++i)
+        if (factors.isRelation(i) == 1) static_cast<Relation*>(factors.getFactor(i))->prepareRows(count, factorNames);
+    if (sampler) sampler->reset();
+    nextFactor = -1;
+    nextRow = 0;
+    percent_ = 0;
+    sampleStatistics.reset();
+    hasStatistics = 0;
+    errorText = kNoErrorsText;
+}
+
+int PrepConfiguration::generate(int target) {
+    if (external == 1) return 100;
+    if (!sampler) {
+        errorText = "No sampling method selected";
+        return -1;
+    }
+    // The design must be complete before the value pass starts, whatever
+    // the target: a caller raising its target by one may pass 50 while the
+    // sampler still stands just below it.
+    if (target <= 50 || !sampler->finished()) {
+        const float reached = sampler->generate(float(target < 50 ? target : 50), samples, factors);
+        if (reached < 0.0f) {
+            errorText = sampler->errorText;
+            return -1;
+        }
+        if (target <= 50 || !sampler->finished()) return int(reached);
+    }
+    if (sampler->methodId == kFixedMethod) return 100;
+    return valuePass(target);
+}
+
+int PrepConfiguration::valuePass(int target) {
+    const int32_t count = factors.factorCount();
+    const int32_t rows = samples.rowCount();
+    if (nextFactor == -1) {
+        nextFactor = 0;
+        nextRow = 0;
+        percent_ = 50;
+    }
+    const double cells = double(count) * double(rows);
+    while (percent_ < target && nextFactor < count && rows > 0) {
+        const int f = factors.factorAt(nextFactor);
+        Factor* factor = factors.getFactor(f);
+        if (isStochastic(factors, f)) {
+            auto* distribution = dynamic_cast<Distribution*>(factor);
+            auto* discrete = dynamic_cast<Discrete*>(factor);
+            if (distribution == nullptr) {
+                nextRow = rows;
+            } else {
+                if (nextRow == 0 && discrete == nullptr) {
+                    distribution->clearTable();
+                    if (!distribution->prepareInverse()) {
+                        char text[160];
+                        std::snprintf(text, sizeof text, "%s %d %s",
+                                      "I cannot calculate the inverse cumulative of factor", nextFactor + 1,
+                                      ": generation aborted");
+                        distribution->clearTable();
+                        samples.clear();
+                        setSamplerError(text);
+                        return -1;
+                    }
+                }
+                // One column at a time through the store's column window.
+                for (; nextRow < rows; ++nextRow) {
+                    double u = 0.0;
+                    if (!samples.getColumnValue(nextRow, f, &u)) {
+                        setSamplerError(samples.errorText());
+                        return -1;
+                    }
+                    const double x = discrete ? discrete->discreteInverse(u) : distribution->inverse(u);
+                    if (!samples.setColumnValue(nextRow, f, x)) {
+                        setSamplerError(samples.errorText());
+                        return -1;
+                    }
+                    // Return to the caller at each percent.
+                    const double done = double(nextFactor) * rows + nextRow + 1;
+                    if (int((done / cells + 1.0) * 50.0) >= target && nextRow + 1 < rows) {
+                        ++nextRow;
+                        break;
+                    }
+                }
+            }
+        } else if (factors.isRelation(f) == 1) {
+            auto* relation = static_cast<Relation*>(factor);
+            for (; nextRow < rows; ++nextRow) {
+                double* row = samples.rowPointer(nextRow);
+                if (row == nullptr) {
+                    setSamplerError(samples.errorText());
+                    return -1;
+                }
+                // Every other column of the row is final: relations come last.
+                row[f] = relation->evaluateRow(row);
+                const double done = double(nextFactor) * rows + nextRow + 1;
+                if (int((done / cells + 1.0) * 50.0) >= target && nextRow + 1 < rows) {
+                    ++nextRow;
+                    break;
+                }
+            }
+        } else {
+            nextRow = rows;  // constants were written by the sampler
+        }
+        if (nextRow >= rows) {
+            if (auto* distribution = dynamic_cast<Distribution*>(factor)) distribution->clearTable();
+            nextRow = 0;
+            ++nextFactor;
+        }
+        const int p = int(((double(nextFactor) * rows + nextRow) / cells + 1.0) * 50.0);
+        percent_ = nextFactor < count ? (p < 99 ? p : 99) : 100;
+    }
+    if (nextFactor >= count || rows == 0) percent_ = 100;
+    if (percent_ < 100) return percent_;
+
+    sampleStatistics = std::make_unique<SampleStatistics>();
+    if (!sampleStatistics->compute(samples)) {
+        setSamplerError(sampleStatistics->errorText());
+        sampleStatistics.reset();
+        return -1;
+    }
+    hasStatistics = 1;
+    return 100;
+}
+
+void PrepConfiguration::cancelGeneration() {
+    samples.clear();
+    if (nextFactor >= 0) {
+        if (auto* distribution = dynamic_cast<Distribution*>(factors.getFactor(factors.factorAt(nextFactor))))
+            distribution->clearTable();
+    }
+    nextFactor = -1;
+    nextRow = 0;
+    factorNames.clear();
+    sampleStatistics.reset();
+    hasStatistics = 0;
+}
+
+// ------------------------------------------------------------ the Prep record
+
+void PrepConfiguration::write(std::ostream& out) const {
+    out << external << '\n';
+    samples.write(out);
+    // The store writes at ten digits; everything else at the stream's six.
+    out.precision(6);
+    // Statistics announced but absent would leave the record unreadable.
+    const int32_t statistics = hasStatistics == 1 && !sampleStatistics ? 0 : hasStatistics;
+    out << statistics << '\n';
+    if (statistics == 1) sampleStatistics->write(out);
+    factors.write(out);
+    if (sampler) sampler->writeSection(out);
+    out << Environment::instance().directories().prepDirectory() << '\n';
+    out << sampleFile << "\n\n";
+}
+
+int PrepConfiguration::read(std::istream& in) {
+    auto failed = [&in] {
+        in.setstate(std::ios::failbit);
+        return 0;
+    };
+    if (!(in >> external)) return 0;
+    samples.read(in);
+    if (!in) return 0;
+    skipLine(in);
+    if (!(in >> hasStatistics)) return 0;
+    sampleStatistics.reset();
+    if (hasStatistics == 1) {
+        auto statistics = std::make_unique<SampleStatistics>();
+        statistics->read(in);
+        std::string tail;
+        if (!in || !readLine(in, tail, kStatisticsTailBytes)) return failed();
+        sampleStatistics = std::move(statistics);
+    }
+    if (!factors.read(in) || !in) return failed();
+
+    int32_t methodId = -1;
+    if (!(in >> methodId)) return 0;
+    skipLine(in);
+    std::string methodName;
+    if (!readLine(in, methodName, kMethodNameBytes)) return 0;
+    std::unique_ptr<Sampler> method = Sampler::create(methodId);
+    if (!method) return failed();
+    method->readItems(in);
+    sampler = std::move(method);
+    if (!in) return 0;
+
+    skipLine(in);  // the rest of the section's last line
+    std::string directory;
+    if (!readLine(in, directory, kPathBytes)) return 0;
+    // Loading moves the current directory; it is remembered only if the
+    // move succeeded.
+    Environment::instance().directories().setPrepDirectory(directory);
+    // The second newline after the file name stays unread: it belongs to
+    // whatever record follows.
+    if (!readLine(in, sampleFile, kPathBytes)) return 0;
+    return 1;
+}
+
+int PrepConfiguration::writeSampleFile(const std::string& fileName) {
+    std::ofstream out(fileName, std::ios::binary | std::ios::trunc);
+    if (!out) {
+        errorText = kWriteSamplesErrorText;
+        return 0;
+    }
+    write(out);
+    out.flush();
+    if (!out) {
+        errorText = kWriteSamplesErrorText;
+        return 0;
+    }
+    return 1;
+}
+
+int PrepConfiguration::readSampleFile(const std::string& fileName) {
+    std::ifstream in(fileName, std::ios::binary);
+    PrepConfiguration loaded;
+    if (!in || !loaded.read(in) || !in) {
+        errorText = kReadSamplesErrorText;
+        return 0;
+    }
+    swap(loaded);
+    errorText = kNoErrorsText;
+    return 1;
+}
+
+}  // namespace tarvex

@@ -1,0 +1,115 @@
+#include "sampling/Sampler.h"
+
+#include <cmath>
+#include <istream>
+#include <limits>
+#include <ostream>
+
+#include "sampling/LatinSampler.h"
+#include "sampling/RandomSampler.h"
+
+namespace tarvex {
+
+namespace {
+
+struct MethodEntry {
+    const char* name;
+    // Null for a method this build does not offer yet: such a number reads
+    // as an unknown one, and a sample file naming it fails cleanly.
+    std::unique_ptr<Sampler> (*create)();
+};
+
+template <class T>
+std::unique_ptr<Sampler> make() {
+    return std::make_unique<T>();
+}
+
+// By method number. A new method adds its class's maker here.
+const MethodEntry kMethods[] = {
+    {"Fast", nullptr},
+    {"Fixed samples", nullptr},
+    {"Latin Hypercube", &make<LatinSampler>},
+    {"QuasiRandom LpTau", nullptr},
+    {"Morris", nullptr},
+    {"Random", &make<RandomSampler>},
+    {"Replicated Latin Hypercube", nullptr},
+    {"Sobol", nullptr},
+};
+constexpr int32_t kMethodCount = int32_t(sizeof kMethods / sizeof kMethods[0]);
+
+}  // namespace
+
+Sampler::Sampler(int32_t id, int32_t defaultSeed)
+    : methodId(id), methodName(nameOf(id)), seed(defaultSeed), randomState(-defaultSeed) {}
+
+const char* Sampler::nameOf(int32_t id) { return id >= 0 && id < kMethodCount ? kMethods[id].name : ""; }
+
+std::unique_ptr<Sampler> Sampler::create(int32_t id) {
+    if (id < 0 || id >= kMethodCount || kMethods[id].create == nullptr) return nullptr;
+    return kMethods[id].create();
+}
+
+int Sampler::setNumFactors(int32_t count) {
+    numFactors = count;
+    return 1;
+}
+
+void Sampler::reset() {
+    progress = 0.0f;
+    sampleIndex = 0;
+    factorPosition = 0;
+    randomState = -seed;
+}
+
+int Sampler::setSamples(int32_t n) {
+    if (n < 0) {
+        errorText = kNegativeSamplesText;
+        return 0;
+    }
+    numSamples = n;
+    return 1;
+}
+
+int Sampler::setSeed(int32_t s) {
+    if (s < 1) {
+        errorText = kBadSeedText;
+        return 0;
+    }
+    seed = s;
+    randomState = -s;
+    return 1;
+}
+
+void Sampler::writeSection(std::ostream& out) const {
+    out << methodId << '\n' << methodName << '\n';
+    writeItems(out);
+}
+
+void Sampler::writeCountsAndSeed(std::ostream& out) const {
+    out << numSamples << '\n' << numFactors << '\n' << seed << '\n';
+}
+
+void Sampler::readCountsAndSeed(std::istream& in) {
+    int32_t samples = 0, factors = 0, s = 0;
+    if (in >> samples >> factors >> s) {
+        numSamples = samples;
+        numFactors = factors;
+        seed = s;
+        randomState = -s;
+        return;
+    }
+    methodName = nameOf(methodId);
+    numSamples = 0;
+    numFactors = 0;
+    seed = 1;
+    randomState = -1;
+}
+
+float Sampler::phasePercent(int64_t done, int64_t total, float from, float span) {
+    if (total <= 0 || done >= total) return from + span;
+    const float end = from + span;
+    const float p = float(done) / float(total) * span + from;
+    return p < end ? p : std::nextafter(end, from);
+}
+
+}  // namespace tarvex

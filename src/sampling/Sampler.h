@@ -1,0 +1,101 @@
+#pragma once
+// The frame of every sampling method: parameters, the resumable generation
+// contract, the method table and the method section of the sample file.
+//
+// generate(targetPercent, store, factors) fills `store` with design-space
+// numbers (mostly uniform numbers in (0, 1)) until `progress` reaches
+// targetPercent, and returns `progress`; -1.0 on failure, with errorText set.
+// All loop state lives in the object, so that the caller can serve window
+// events between calls. A method owns the percents from 0 to 50; the value
+// pass of PrepConfiguration turns the design into factor values after that.
+//
+// Phases end when their counters say the work is done, never on the float
+// percent alone: at a few million cells a single-precision percent reaches a
+// phase's end before its last cells. Until the last cell of the design is
+// written the returned percent stays below 50.
+#include <cstdint>
+#include <iosfwd>
+#include <memory>
+#include <string>
+
+namespace tarvex {
+
+class FactorList;
+class sampValues;
+
+enum SamplerMethod : int32_t {
+    kFastMethod = 0,
+    kFixedMethod = 1,
+    kLatinMethod = 2,
+    kLpTauMethod = 3,
+    kMorrisMethod = 4,
+    kRandomMethod = 5,
+    kRepLatinMethod = 6,
+    kSobolMethod = 7,
+};
+
+inline constexpr const char* kNoErrorsText = "No errors";
+inline constexpr const char* kNegativeSamplesText = "Number of execution must be a positive value";
+inline constexpr const char* kBadSeedText = "Seed must be a value greater than 0 and less than 2,147,483,647";
+
+class Sampler {
+public:
+    virtual ~Sampler() = default;
+
+    virtual float generate(float targetPercent, sampValues& store, FactorList& factors) = 0;
+    virtual int setNumFactors(int32_t count);
+    // Back to the start of a generation: percent, counters, and the state word
+    // at minus the seed.
+    virtual void reset();
+    // A copy of the same class.
+    virtual std::unique_ptr<Sampler> clone() const = 0;
+
+    // The method section of the sample file: methodId and methodName lines,
+    // then the method's own items, one per line.
+    void writeSection(std::ostream& out) const;
+    // Reads the items after methodId and methodName. A failed item gives the
+    // class defaults back and leaves the stream failed.
+    virtual void readItems(std::istream& in) = 0;
+
+    // A negative count is refused; 0 is accepted (the run then has nothing to
+    // generate).
+    int setSamples(int32_t n);
+    int setSeed(int32_t s);
+
+    // 1 once the design is complete (progress at 50).
+    bool finished() const { return progress >= 50.0f; }
+
+    // The method table: name of a method number, "" for an unknown one.
+    static const char* nameOf(int32_t methodId);
+    // A default sampler of that method, or null for an unknown number or a
+    // method this build does not offer.
+    static std::unique_ptr<Sampler> create(int32_t methodId);
+
+    int32_t numFactors = 0;
+    int32_t methodId = -1;
+    std::string methodName;
+    std::string errorText = kNoErrorsText;
+    int32_t numSamples = 0;
+    int32_t seed = 5648423;
+    int32_t randomState = -5648423;
+    float progress = 0.0f;
+    int32_t sampleIndex = 0;
+    int32_t factorPosition = 0;
+
+protected:
+    Sampler(int32_t id, int32_t defaultSeed);
+    Sampler(const Sampler&) = default;
+    Sampler& operator=(const Sampler&) = default;
+
+    virtual void writeItems(std::ostream& out) const = 0;
+    // Items shared by the Random and Latin sections: numSamples, numFactors,
+    // seed. On failure the defaults (0, 0, seed 1) and the method name.
+    void writeCountsAndSeed(std::ostream& out) const;
+    void readCountsAndSeed(std::istream& in);
+
+    // Percent of a phase: `done` of `total` cells mapped onto [from, from + span],
+    // kept strictly below the phase's end until the last cell is done.
+    static float phasePercent(int64_t done, int64_t total, float from, float span);
+};
+
+}  // namespace tarvex
