@@ -1,5 +1,7 @@
 #include "sampling/LatinSampler.h"
 
+#include <utility>
+
 #include "common/UniformRandom.h"
 #include "correlation/DiagonalBand.h"
 #include "correlation/Ranking.h"
@@ -40,13 +42,15 @@ float LatinSampler::generate(float targetPercent, sampValues& store, FactorList&
         errorText = kNoSamplesText;
         return -1.0f;
     }
-    if (phase == 0 && factorPosition == 0 && sampleIndex == 0 && store.columnCount() != numFactors) {
-        if (!store.allocate(numFactors)) return fail(store);
-    }
     if (numFactors == 0) {
         phase = 3;
         progress = 50.0f;
         return progress;
+    }
+    if (phase == 0 && factorPosition == 0 && sampleIndex == 0 &&
+        (store.rowCount() != 0 || store.columnCount() != numFactors)) {
+        // A generation starts from an empty store.
+        if (!store.clear() || !store.allocate(numFactors)) return fail(store);
     }
     int32_t stochastic = 0;
     for (int f = 0; f < numFactors; ++f) stochastic += isStochastic(factors, f) ? 1 : 0;
@@ -71,7 +75,10 @@ float LatinSampler::generate(float targetPercent, sampValues& store, FactorList&
 // column stands in rising order afterwards. n is a single-precision divisor.
 int LatinSampler::stratify(float target, sampValues& store, FactorList& factors, bool ranked, int32_t stochastic) {
     const int32_t n = numSamples;
-    const float divisor = float(n);
+    // n is rounded to single precision as a divisor (a difference only past
+    // 2^24 rows); the divisions themselves are in double, so that every point
+    // stays inside its stratum at any size.
+    const double divisor = double(float(n));
     const int32_t count = ranked ? numFactors : stochastic;
     while (progress < target && factorPosition < count) {
         const int f = factors.factorAt(factorPosition);
@@ -79,7 +86,7 @@ int LatinSampler::stratify(float target, sampValues& store, FactorList& factors,
         double value = 0.0;
         if (isStochastic(factors, f)) {
             if (ranked || parentOf(factors, f) == -1) {
-                value = uniformRandom(&randomState) / divisor + sampleIndex / divisor;
+                value = uniformRandom(&randomState) / divisor + double(sampleIndex) / divisor;
                 write = true;
             }
         } else if (ranked && isConstantFactor(factors, f)) {
@@ -226,7 +233,20 @@ int LatinSampler::rerank(float target, sampValues& store, FactorList& factors) {
                 }
             }
             if (!ranks_.usable(stochasticIndex)) {
-                // No usable ranks: the column keeps the order of phase 0.
+                // No usable ranks: the column is permuted as it would be
+                // without correlation, by 2n random exchanges. Left in the
+                // stratum order of phase 0, every pair of columns would be
+                // perfectly rank-correlated.
+                if (!readColumn(store, f, n, column_)) return 0;
+                for (int64_t e = 0; e < 2 * int64_t(n); ++e) {
+                    int32_t a = int32_t(uniformRandom(&randomState) * n);
+                    if (a == n) a = n - 1;
+                    int32_t b = int32_t(uniformRandom(&randomState) * n);
+                    if (b == n) b = n - 1;
+                    std::swap(column_[size_t(a)], column_[size_t(b)]);
+                }
+                if (!writeColumn(store, f, column_)) return 0;
+                column_.clear();
                 sampleIndex = n;
             } else {
                 const int32_t r = ranks_.rankOf(stochasticIndex, sampleIndex);
