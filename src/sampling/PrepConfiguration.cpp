@@ -239,9 +239,9 @@ int PrepConfiguration::read(std::istream& in) {
         return 0;
     };
     if (!(in >> external)) return 0;
+    // The store's reader also reads away the end of its last line.
     samples.read(in);
     if (!in) return 0;
-    skipLine(in);
     if (!(in >> hasStatistics)) return 0;
     sampleStatistics.reset();
     if (hasStatistics == 1) {
