@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "common/ParallelFor.h"
 #include "common/UniformRandom.h"
 #include "correlation/FactorList.h"
 #include "correlation/Ranking.h"
@@ -56,7 +57,10 @@ void ImanConover::build(const float* matrix) {
     scores_.resize(size_t(rowCount_));
     if (rowCount_ > 0 && normal.prepareInverse()) {
         const double denominator = double(rowCount_) + 1.0;
-        for (int32_t r = 1; r <= rowCount_; ++r) scores_[size_t(r - 1)] = normal.inverse(double(r) / denominator);
+        double* scores = scores_.data();
+        parallelFor(rowCount_, 4096, [&normal, scores, denominator](int64_t begin, int64_t end) {
+            for (int64_t r = begin; r < end; ++r) scores[r] = normal.inverse(double(r + 1) / denominator);
+        });
     }
     shuffle();
     decompose();
@@ -121,12 +125,15 @@ void ImanConover::correlateAndRank() {
     // 0..j, so working from the last column down lets each column's ranks
     // replace its own shuffle in place.
     for (int32_t j = n - 1; j >= 0; --j) {
-        std::fill(values.begin(), values.end(), 0.0);
-        for (int32_t k = 0; k <= j; ++k) {
-            const double weight = cholesky[size_t(k) * size_t(n) + size_t(j)];
-            const int32_t* shuffled = table_.data() + size_t(k) * rows;
-            for (size_t r = 0; r < rows; ++r) values[r] += weight * scores_[size_t(shuffled[r])];
-        }
+        // Row ranges are independent; each row sums its terms in column order.
+        parallelFor(int64_t(rows), 16384, [&, j](int64_t begin, int64_t end) {
+            std::fill(values.begin() + begin, values.begin() + end, 0.0);
+            for (int32_t k = 0; k <= j; ++k) {
+                const double weight = cholesky[size_t(k) * size_t(n) + size_t(j)];
+                const int32_t* shuffled = table_.data() + size_t(k) * rows;
+                for (int64_t r = begin; r < end; ++r) values[size_t(r)] += weight * scores_[size_t(shuffled[r])];
+            }
+        });
         // The weights of the columns beyond j are exactly 0 and add nothing.
         rankPositions(values.data(), rowCount_, table_.data() + size_t(j) * rows);
     }

@@ -7,7 +7,9 @@
 namespace tarvex {
 
 void sortAscending(double* values, int64_t count) {
-    if (count > 1) std::sort(values, values + count);
+    // Latin hypercube columns arrive in stratum order: one linear check
+    // spares the sort.
+    if (count > 1 && !std::is_sorted(values, values + count)) std::sort(values, values + count);
 }
 
 namespace {
@@ -41,22 +43,25 @@ void rankPositions(const double* values, int32_t count, int32_t* ranks) {
         for (int32_t p = 0; p < count; ++p) ranks[rows[size_t(p)]] = p;
         return;
     }
-    // LSD radix sort on 16-bit digits: four stable passes, so equal keys stay
-    // in row order. Passes whose digit is the same for every key are skipped.
+    // LSD radix sort on 11-bit digits: six stable passes, so equal keys stay
+    // in row order; the 2048-entry histogram keeps the scatter in cache.
+    // Passes whose digit is the same for every key are skipped.
     std::vector<Keyed> a(static_cast<size_t>(count)), b(static_cast<size_t>(count));
     for (int32_t i = 0; i < count; ++i) a[size_t(i)] = Keyed{orderKey(values[i]), i};
-    std::vector<uint32_t> histogram(65536);
-    for (int shift = 0; shift < 64; shift += 16) {
+    constexpr int kBits = 11;
+    constexpr uint64_t kMask = (1u << kBits) - 1;
+    std::vector<uint32_t> histogram(size_t(1) << kBits);
+    for (int shift = 0; shift < 64; shift += kBits) {
         std::fill(histogram.begin(), histogram.end(), 0u);
-        for (const Keyed& k : a) ++histogram[(k.key >> shift) & 0xFFFF];
-        if (histogram[(a[0].key >> shift) & 0xFFFF] == uint32_t(count)) continue;
+        for (const Keyed& k : a) ++histogram[(k.key >> shift) & kMask];
+        if (histogram[(a[0].key >> shift) & kMask] == uint32_t(count)) continue;
         uint32_t sum = 0;
         for (uint32_t& h : histogram) {
             const uint32_t c = h;
             h = sum;
             sum += c;
         }
-        for (const Keyed& k : a) b[histogram[(k.key >> shift) & 0xFFFF]++] = k;
+        for (const Keyed& k : a) b[histogram[(k.key >> shift) & kMask]++] = k;
         a.swap(b);
     }
     for (int32_t p = 0; p < count; ++p) ranks[a[size_t(p)].row] = p;

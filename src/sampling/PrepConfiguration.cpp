@@ -1,5 +1,7 @@
 #include "sampling/PrepConfiguration.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <fstream>
 #include <istream>
@@ -7,6 +9,7 @@
 #include <ostream>
 
 #include "common/Environment.h"
+#include "common/ParallelFor.h"
 #include "factors/Discrete.h"
 #include "factors/Distribution.h"
 #include "factors/LineRead.h"
@@ -112,6 +115,21 @@ int PrepConfiguration::generate(int target) {
     return valuePass(target);
 }
 
+// Percent of the value pass after `done` of `cells` cells.
+static int valuePercent(double done, double cells) { return int((done / cells + 1.0) * 50.0); }
+
+// End of the chunk of the current column: the first row after which the
+// percent reaches `target`, or the column's end.
+int32_t PrepConfiguration::rowsForPercent(int target, int32_t rows, double cells) const {
+    const double before = double(nextFactor) * rows;
+    if (valuePercent(before + rows, cells) < target) return rows;
+    int32_t end = int32_t(std::ceil((double(target) / 50.0 - 1.0) * cells - before));
+    end = std::clamp(end, nextRow + 1, rows);
+    while (end > nextRow + 1 && valuePercent(before + end - 1, cells) >= target) --end;
+    while (end < rows && valuePercent(before + end, cells) < target) ++end;
+    return end;
+}
+
 int PrepConfiguration::valuePass(int target) {
     const int32_t count = factors.factorCount();
     const int32_t rows = samples.rowCount();
@@ -143,29 +161,36 @@ int PrepConfiguration::valuePass(int target) {
                         return -1;
                     }
                 }
-                // One column at a time through the store's column window.
-                for (; nextRow < rows; ++nextRow) {
-                    double u = 0.0;
-                    if (!samples.getColumnValue(nextRow, f, &u)) {
+                // The rows up to the next percent, through the store's column
+                // window. The inverse is a pure function of u, so the rows of
+                // the chunk are mapped on all processors at once.
+                const int32_t end = rowsForPercent(target, rows, cells);
+                const int32_t begin = nextRow;
+                chunk_.resize(size_t(end - begin));
+                for (int32_t r = begin; r < end; ++r) {
+                    if (!samples.getColumnValue(r, f, &chunk_[size_t(r - begin)])) {
                         setSamplerError(samples.errorText());
                         return -1;
-                    }
-                    const double x = discrete ? discrete->discreteInverse(u) : distribution->inverse(u);
-                    if (!samples.setColumnValue(nextRow, f, x)) {
-                        setSamplerError(samples.errorText());
-                        return -1;
-                    }
-                    // Return to the caller at each percent.
-                    const double done = double(nextFactor) * rows + nextRow + 1;
-                    if (int((done / cells + 1.0) * 50.0) >= target && nextRow + 1 < rows) {
-                        ++nextRow;
-                        break;
                     }
                 }
+                double* cellsOfChunk = chunk_.data();
+                parallelFor(end - begin, 4096, [=](int64_t from, int64_t to) {
+                    for (int64_t i = from; i < to; ++i)
+                        cellsOfChunk[i] = discrete ? discrete->discreteInverse(cellsOfChunk[i])
+                                                   : distribution->inverse(cellsOfChunk[i]);
+                });
+                for (int32_t r = begin; r < end; ++r) {
+                    if (!samples.setColumnValue(r, f, chunk_[size_t(r - begin)])) {
+                        setSamplerError(samples.errorText());
+                        return -1;
+                    }
+                }
+                nextRow = end;
             }
         } else if (factors.isRelation(f) == 1) {
             auto* relation = static_cast<Relation*>(factor);
-            for (; nextRow < rows; ++nextRow) {
+            const int32_t end = rowsForPercent(target, rows, cells);
+            for (; nextRow < end; ++nextRow) {
                 double* row = samples.rowPointer(nextRow);
                 if (row == nullptr) {
                     setSamplerError(samples.errorText());
@@ -173,11 +198,6 @@ int PrepConfiguration::valuePass(int target) {
                 }
                 // Every other column of the row is final: relations come last.
                 row[f] = relation->evaluateRow(row);
-                const double done = double(nextFactor) * rows + nextRow + 1;
-                if (int((done / cells + 1.0) * 50.0) >= target && nextRow + 1 < rows) {
-                    ++nextRow;
-                    break;
-                }
             }
         } else {
             nextRow = rows;  // constants were written by the sampler
@@ -187,7 +207,7 @@ int PrepConfiguration::valuePass(int target) {
             nextRow = 0;
             ++nextFactor;
         }
-        const int p = int(((double(nextFactor) * rows + nextRow) / cells + 1.0) * 50.0);
+        const int p = valuePercent(double(nextFactor) * rows + nextRow, cells);
         percent_ = nextFactor < count ? (p < 99 ? p : 99) : 100;
     }
     if (nextFactor >= count || rows == 0) percent_ = 100;

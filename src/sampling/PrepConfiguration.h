@@ -73,9 +73,11 @@ public:
 
 private:
     int valuePass(int target);
+    int32_t rowsForPercent(int target, int32_t rows, double cells) const;
     void setSamplerError(const std::string& text);
 
     int percent_ = 0;  // last percent of the value pass
+    std::vector<double> chunk_;  // cells of the current column on their way through the inverse
 };
 
 }  // namespace tarvex
