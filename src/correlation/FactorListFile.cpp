@@ -135,7 +135,7 @@ int FactorList::readCorrelationPart(std::istream& in) {
     if (!readHeader(in, "Stein Information:")) return 0;
     std::string fileName;
     if (!std::getline(in, fileName)) return 0;
-    if (!fileName.empty() && fileName.back() == '\r') fileName.pop_back();
+    dropCarriageReturns(fileName);
     SteinSample stein;
     if (!stein.read(in)) return 0;
     int32_t mode = 0;
