@@ -1,7 +1,5 @@
 #include "correlation/FactorList.h"
 
-#include <cmath>
-#include <functional>
 #include <utility>
 
 #include "factors/FactorKinds.h"
@@ -46,46 +44,39 @@ void FactorList::swap(FactorList& other) noexcept {
     swap(flatOrder_, other.flatOrder_);
 }
 
-int FactorList::matrixSize() const {
-    return static_cast<int>(std::lround(std::sqrt(static_cast<double>(matrix_.size()))));
-}
-
 void FactorList::insertMatrixRow(int at) {
-    const int n = matrixSize();
-    std::vector<float> grown(static_cast<std::size_t>(n + 1) * static_cast<std::size_t>(n + 1), 0.0f);
-    for (int r = 0; r < n; ++r) {
-        for (int c = 0; c < n; ++c) {
-            const int rr = r < at ? r : r + 1, cc = c < at ? c : c + 1;
-            grown[static_cast<std::size_t>(rr) * static_cast<std::size_t>(n + 1) + static_cast<std::size_t>(cc)] =
-                matrix_[static_cast<std::size_t>(r) * static_cast<std::size_t>(n) + static_cast<std::size_t>(c)];
-        }
-    }
-    grown[static_cast<std::size_t>(at) * static_cast<std::size_t>(n + 1) + static_cast<std::size_t>(at)] = 1.0f;
-    matrix_ = std::move(grown);
+    const auto pos = static_cast<std::size_t>(at);
+    for (auto& row : matrix_) row.insert(row.begin() + static_cast<long>(pos), 0.0f);
+    std::vector<float> added(matrix_.size() + 1, 0.0f);
+    added[pos] = 1.0f;
+    matrix_.insert(matrix_.begin() + static_cast<long>(pos), std::move(added));
 }
 
 void FactorList::eraseMatrixRow(int at) {
-    const int n = matrixSize();
-    if (at < 0 || at >= n) return;
-    std::vector<float> shrunk;
-    shrunk.reserve(static_cast<std::size_t>(n - 1) * static_cast<std::size_t>(n - 1));
-    for (int r = 0; r < n; ++r) {
-        if (r == at) continue;
-        for (int c = 0; c < n; ++c) {
-            if (c != at) shrunk.push_back(matrix_[static_cast<std::size_t>(r) * static_cast<std::size_t>(n) + static_cast<std::size_t>(c)]);
-        }
-    }
-    matrix_ = std::move(shrunk);
+    if (at < 0 || at >= matrixSize()) return;
+    matrix_.erase(matrix_.begin() + at);
+    for (auto& row : matrix_) row.erase(row.begin() + at);
+}
+
+std::vector<float> FactorList::correlationMatrix() const {
+    std::vector<float> flat;
+    flat.reserve(matrix_.size() * matrix_.size());
+    for (const auto& row : matrix_) flat.insert(flat.end(), row.begin(), row.end());
+    return flat;
 }
 
 int FactorList::addFactor(std::unique_ptr<Factor> factor) {
     if (!factor) return 0;
+    appendFactor(std::move(factor));
+    computeFactorOrder();
+    return 1;
+}
+
+void FactorList::appendFactor(std::unique_ptr<Factor> factor) {
     if (isCorrelatableType(factor->typeName)) insertMatrixRow(matrixSize());
     tree_.addNode(factor->name);
     factors_.push_back(std::move(factor));
     modified = 1;
-    computeFactorOrder();
-    return 1;
 }
 
 int FactorList::removeFactor(int i) {
@@ -166,7 +157,7 @@ int FactorList::correlatableIndex(int i) const {
 float FactorList::matrixValue(int row, int column) const {
     const int n = matrixSize();
     if (row < 0 || row >= n || column < 0 || column >= n) return 0.0f;
-    return matrix_[static_cast<std::size_t>(row) * static_cast<std::size_t>(n) + static_cast<std::size_t>(column)];
+    return matrix_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
 }
 
 int FactorList::setMatrixValue(int row, int column, double value) {
@@ -176,9 +167,8 @@ int FactorList::setMatrixValue(int row, int column, double value) {
         return 0;
     }
     if (!DependenceTree::checkCorrelation(value, errorText)) return 0;
-    const auto at = [n](int r, int c) { return static_cast<std::size_t>(r) * static_cast<std::size_t>(n) + static_cast<std::size_t>(c); };
-    matrix_[at(row, column)] = static_cast<float>(value);
-    matrix_[at(column, row)] = static_cast<float>(value);
+    matrix_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] = static_cast<float>(value);
+    matrix_[static_cast<std::size_t>(column)][static_cast<std::size_t>(row)] = static_cast<float>(value);
     modified = 1;
     return 1;
 }

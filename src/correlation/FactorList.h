@@ -72,8 +72,9 @@ public:
     int correlatableIndex(int i) const;
 
     // Rank-correlation matrix, one row and column per correlatable factor, in
-    // list order, row after row.
-    const std::vector<float>& correlationMatrix() const { return matrix_; }
+    // list order: a copy, row after row.
+    std::vector<float> correlationMatrix() const;
+    int matrixSize() const { return static_cast<int>(matrix_.size()); }
     float matrixValue(int row, int column) const;
     // Sets a pair symmetrically; the diagonal stays 1. Values as for links.
     int setMatrixValue(int row, int column, double value);
@@ -128,13 +129,16 @@ public:
 
 private:
     int readCorrelationPart(std::istream& in);
+    // addFactor without the new sampling order, for the file reader.
+    void appendFactor(std::unique_ptr<Factor> factor);
     void insertMatrixRow(int at);
     void eraseMatrixRow(int at);
-    int matrixSize() const;
 
     std::vector<std::unique_ptr<Factor>> factors_;
     DependenceTree tree_;
-    std::vector<float> matrix_;
+    // Rows of their own, so that appending a factor costs one row and one
+    // column, not a copy of the whole matrix.
+    std::vector<std::vector<float>> matrix_;
     std::vector<std::vector<uint32_t>> order_;
     std::vector<int> flatOrder_;
 };

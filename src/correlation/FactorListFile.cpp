@@ -96,7 +96,7 @@ int FactorList::read(std::istream& in) {
             return 0;
         }
         if (!factor->read(in)) return 0;
-        addFactor(std::move(factor));
+        appendFactor(std::move(factor));
         // The end of the data line and the blank line behind the record.
         skipLine(in);
         skipLine(in);
@@ -112,6 +112,7 @@ int FactorList::readCorrelationPart(std::istream& in) {
     in >> std::ws;
     if (in.eof() || in.peek() == std::char_traits<char>::eof()) {
         in.clear(in.rdstate() & ~std::ios::failbit);
+        computeFactorOrder();
         return 1;
     }
 
@@ -127,15 +128,17 @@ int FactorList::readCorrelationPart(std::istream& in) {
     }
 
     if (!readHeader(in, "Correlation Matrix:")) return 0;
-    std::vector<float> matrix(matrix_.size(), 0.0f);
-    for (float& v : matrix) {
-        if (!(in >> v)) return 0;
+    std::vector<std::vector<float>> matrix = matrix_;
+    for (auto& row : matrix) {
+        for (float& v : row) {
+            if (!(in >> v)) return 0;
+        }
     }
 
     if (!readHeader(in, "Stein Information:")) return 0;
     std::string fileName;
     if (!std::getline(in, fileName)) return 0;
-    if (!fileName.empty() && fileName.back() == '\r') fileName.pop_back();
+    dropCarriageReturns(fileName);
     SteinSample stein;
     if (!stein.read(in)) return 0;
     int32_t mode = 0;

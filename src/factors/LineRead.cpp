@@ -16,8 +16,12 @@ bool readLine(std::istream& in, std::string& line, std::size_t bufferBytes) {
     // The text ends at the first NUL, as it would in a character buffer.
     line = buffer.data();
     if (in.fail()) return false;
-    if (!line.empty() && line.back() == '\r') line.pop_back();
+    dropCarriageReturns(line);
     return true;
+}
+
+void dropCarriageReturns(std::string& line) {
+    while (!line.empty() && line.back() == '\r') line.pop_back();
 }
 
 void skipLine(std::istream& in) {

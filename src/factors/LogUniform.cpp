@@ -1,8 +1,6 @@
 #include "factors/LogUniform.h"
 
 #include <cmath>
-#include <istream>
-#include <ostream>
 
 namespace tarvex {
 

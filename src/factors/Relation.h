@@ -17,14 +17,6 @@ public:
     int getType() const override { return kRelation; }
     std::unique_ptr<Factor> clone() const override { return std::make_unique<Relation>(*this); }
 
-protected:
-    // Nothing on the data line; the expression follows on a line of its own,
-    // then a blank line.
-    void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
-
-public:
-
     // Accepts the text when a dry run of it succeeds; returns 0 and keeps the
     // former expression otherwise.
     int setExpression(const std::string& text);
@@ -53,6 +45,12 @@ public:
     // Names the expression uses, in the sorted order of the evaluator's symbol
     // table, without repeats.
     std::vector<std::string> factorNames;
+
+protected:
+    // Nothing on the data line; the expression follows on a line of its own,
+    // then a blank line.
+    void writeData(std::ostream& out) const override;
+    int readData(std::istream& in) override;
 
 private:
     void bindUsedFactors(int count, const std::vector<std::string>& names, std::vector<std::string>& bound,

@@ -33,9 +33,12 @@ WriteOutcome writeDirectly(const std::string& path, const std::function<void(std
 
 WriteOutcome writeReplacingFile(const std::string& path, const std::function<void(std::ostream&)>& writer) {
     struct stat st {};
-    if (::stat(path.c_str(), &st) == 0) {
+    if (::lstat(path.c_str(), &st) == 0) {
         // A file the user may not write is not replaced behind his back.
         if (S_ISDIR(st.st_mode) || ::access(path.c_str(), W_OK) != 0) return WriteOutcome::OpenFailed;
+        // Only a plain file is replaced; a link, a device or a pipe is
+        // written through, so that it stays what it is.
+        if (!S_ISREG(st.st_mode)) return writeDirectly(path, writer);
     }
 
     std::string pattern = path + ".tmpXXXXXX";
