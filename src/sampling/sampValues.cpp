@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <unistd.h>
 
-#include "sampling/WorkingFile.h"
+#include "common/WorkingFile.h"
 
 namespace tarvex {
 

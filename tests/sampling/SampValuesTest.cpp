@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "TestSupport.h"
-#include "sampling/WorkingFile.h"
+#include "common/WorkingFile.h"
 #include "sampling/sampValues.h"
 
 namespace tarvex {

@@ -1,4 +1,4 @@
-#include "sampling/WorkingFile.h"
+#include "common/WorkingFile.h"
 
 #include <cerrno>
 #include <cstdio>
