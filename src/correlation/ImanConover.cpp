@@ -1,8 +1,10 @@
 #include "correlation/ImanConover.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "common/ParallelFor.h"
+#include "correlation/ColumnFile.h"
 #include "common/UniformRandom.h"
 #include "correlation/FactorList.h"
 #include "correlation/Ranking.h"
@@ -70,20 +72,23 @@ void ImanConover::build(const float* matrix) {
     scores_.shrink_to_fit();
 }
 
+ImanConover::~ImanConover() = default;
+
 void ImanConover::shuffle() {
-    const size_t n = size_t(rowCount_);
-    table_.resize(size_t(factorCount_) * n);
+    table_ = std::make_unique<ColumnFile>();
+    const int64_t columnBytes = int64_t(rowCount_) * int64_t(sizeof(int32_t));
+    std::vector<int32_t> column(static_cast<size_t>(rowCount_));
     const int64_t swaps = int64_t(double(rowCount_) * 0.75);
     for (int32_t c = 0; c < factorCount_; ++c) {
-        int32_t* column = table_.data() + size_t(c) * n;
-        for (int32_t r = 0; r < rowCount_; ++r) column[r] = r;
+        for (int32_t r = 0; r < rowCount_; ++r) column[size_t(r)] = r;
         for (int64_t s = 0; s < swaps; ++s) {
             int32_t a = int32_t(uniformRandom(&seed_) * rowCount_);
             int32_t b = int32_t(uniformRandom(&seed_) * rowCount_);
             if (a == rowCount_) a = rowCount_ - 1;
             if (b == rowCount_) b = rowCount_ - 1;
-            std::swap(column[a], column[b]);
+            std::swap(column[size_t(a)], column[size_t(b)]);
         }
+        if (!table_->write(c * columnBytes, column.data(), columnBytes)) failed = 1;
     }
 }
 
@@ -119,31 +124,59 @@ void ImanConover::decompose() {
 
 void ImanConover::correlateAndRank() {
     const int32_t n = factorCount_;
-    const size_t rows = size_t(rowCount_);
-    std::vector<double> values(rows);
-    // Column j of the correlated scores draws only on the shuffled columns
-    // 0..j, so working from the last column down lets each column's ranks
-    // replace its own shuffle in place.
-    for (int32_t j = n - 1; j >= 0; --j) {
-        // Row ranges are independent; each row sums its terms in column order.
-        parallelFor(int64_t(rows), 16384, [&, j](int64_t begin, int64_t end) {
-            std::fill(values.begin() + begin, values.begin() + end, 0.0);
-            for (int32_t k = 0; k <= j; ++k) {
-                const double weight = cholesky[size_t(k) * size_t(n) + size_t(j)];
-                const int32_t* shuffled = table_.data() + size_t(k) * rows;
-                for (int64_t r = begin; r < end; ++r) values[size_t(r)] += weight * scores_[size_t(shuffled[r])];
+    const int64_t rows = rowCount_;
+    ColumnFile correlated;
+    // Correlate by blocks of rows: each row gathers its n shuffled scores
+    // once and forms every column's sum from them, in column order.
+    constexpr int64_t kBlockRows = 16384;
+    std::vector<int32_t> shuffled(size_t(n) * size_t(kBlockRows));
+    std::vector<double> sums(size_t(n) * size_t(kBlockRows));
+    for (int64_t first = 0; first < rows && !failed; first += kBlockRows) {
+        const int64_t length = std::min(kBlockRows, rows - first);
+        for (int32_t k = 0; k < n; ++k)
+            if (!table_->read((k * rows + first) * int64_t(sizeof(int32_t)), shuffled.data() + size_t(k) * kBlockRows,
+                              length * int64_t(sizeof(int32_t))))
+                failed = 1;
+        parallelFor(length, 2048, [&](int64_t begin, int64_t end) {
+            std::vector<double> x(static_cast<size_t>(n));
+            for (int64_t r = begin; r < end; ++r) {
+                for (int32_t k = 0; k < n; ++k) x[size_t(k)] = scores_[size_t(shuffled[size_t(k) * kBlockRows + r])];
+                for (int32_t j = 0; j < n; ++j) {
+                    // The weights beyond j are exactly 0 and add nothing.
+                    double v = 0.0;
+                    for (int32_t k = 0; k <= j; ++k) v += cholesky[size_t(k) * size_t(n) + size_t(j)] * x[size_t(k)];
+                    sums[size_t(j) * kBlockRows + r] = v;
+                }
             }
         });
-        // The weights of the columns beyond j are exactly 0 and add nothing.
-        rankPositions(values.data(), rowCount_, table_.data() + size_t(j) * rows);
+        for (int32_t j = 0; j < n; ++j)
+            if (!correlated.write((j * rows + first) * int64_t(sizeof(double)), sums.data() + size_t(j) * kBlockRows,
+                                  length * int64_t(sizeof(double))))
+                failed = 1;
+    }
+    shuffled = {};
+    sums = {};
+    // Rank each column; the ranks replace its shuffle.
+    std::vector<double> values(static_cast<size_t>(rows));
+    std::vector<int32_t> ranks(static_cast<size_t>(rows));
+    for (int32_t j = 0; j < n && !failed; ++j) {
+        if (!correlated.read(j * rows * int64_t(sizeof(double)), values.data(), rows * int64_t(sizeof(double))))
+            failed = 1;
+        rankPositions(values.data(), rowCount_, ranks.data());
+        if (!table_->write(j * rows * int64_t(sizeof(int32_t)), ranks.data(), rows * int64_t(sizeof(int32_t))))
+            failed = 1;
     }
 }
 
 int32_t ImanConover::rankOf(int32_t column, int32_t row) const {
-    if (failed || column < 0 || column >= factorCount_ || row < 0 || row >= rowCount_ ||
-        table_.size() < size_t(factorCount_) * size_t(rowCount_))
-        return 0;
-    return table_[size_t(column) * size_t(rowCount_) + size_t(row)];
+    if (failed || !table_ || column < 0 || column >= factorCount_ || row < 0 || row >= rowCount_) return 0;
+    if (cachedColumn_ != column) {
+        cached_.resize(size_t(rowCount_));
+        const int64_t bytes = int64_t(rowCount_) * int64_t(sizeof(int32_t));
+        if (!table_->read(column * bytes, cached_.data(), bytes)) return 0;
+        cachedColumn_ = column;
+    }
+    return cached_[size_t(row)];
 }
 
 }  // namespace tarvex

@@ -7,13 +7,17 @@
 //
 // Scores are the van der Waerden scores of a default (hence truncated) standard
 // Normal, shuffled independently per column, multiplied by the transposed
-// Cholesky factor of the target and ranked. Cost O(N n^2 + n N log N); the
-// table holds one 32-bit rank per cell.
+// Cholesky factor of the target and ranked. Cost O(N n^2 + n N log N). The
+// shuffled columns, the correlated scores and the final ranks (one 32-bit rank
+// per cell) live in working files; memory holds the N scores and a column or
+// two at a time, whatever the number of columns.
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace tarvex {
 
+class ColumnFile;
 class FactorList;
 
 inline constexpr const char* kImanConoverFailedText =
@@ -33,8 +37,12 @@ public:
     ImanConover(const FactorList& factors, int32_t rowCount, int32_t seed);
     // Preview: only the Cholesky step, to tell whether a matrix is acceptable.
     ImanConover(const float* matrix, int32_t n);
+    ~ImanConover();
+    ImanConover(const ImanConover&) = delete;
+    ImanConover& operator=(const ImanConover&) = delete;
 
-    // 1 unless the target was found not positive semidefinite.
+    // 1 unless the target was found not positive semidefinite (or, rarely,
+    // the working file of the table could not be written or read).
     int isValid() const { return failed ? 0 : 1; }
     // Rank from 0 to N-1 of `row` in `column`; 0 when the table failed or the
     // place is outside it. Callers that must not collapse a column test
@@ -63,8 +71,11 @@ private:
     int32_t seed_ = -defaultSeed;
     std::vector<double> scores_;  // N scores, ascending
     // Column after column: first the shuffled score index of each row, then
-    // (column by column, from the last) the rank of each row.
-    std::vector<int32_t> table_;
+    // the rank of each row.
+    std::unique_ptr<ColumnFile> table_;
+    // The column of ranks last asked for: the samplers ask column by column.
+    mutable std::vector<int32_t> cached_;
+    mutable int32_t cachedColumn_ = -1;
 };
 
 }  // namespace tarvex

@@ -15,10 +15,10 @@ void sortAscending(double* values, int64_t count) {
 namespace {
 
 // A double mapped to an unsigned key with the same order (negative values
-// reversed, the sign bit flipped). -0.0 and 0.0 get different keys, so they
-// stay apart as they would not under <, but each keeps a fixed place: only
-// determinism matters for ties.
+// reversed, the sign bit flipped).
 inline uint64_t orderKey(double x) {
+    // -0.0 and 0.0 compare equal: one key for both.
+    if (x == 0.0) x = 0.0;
     uint64_t bits;
     std::memcpy(&bits, &x, sizeof bits);
     return (bits & 0x8000000000000000ULL) ? ~bits : (bits | 0x8000000000000000ULL);
