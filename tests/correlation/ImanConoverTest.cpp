@@ -6,7 +6,11 @@
 #include <cmath>
 #include <vector>
 
+#include "correlation/ColumnFile.h"
 #include "correlation/ImanConover.h"
+
+#include <cstdlib>
+#include <string>
 
 namespace tarvex {
 namespace {
@@ -130,6 +134,67 @@ TEST(ImanConover, SeedRuleAndRepeatability) {
     EXPECT_EQ(a.rankOf(2, 0), 0);
     EXPECT_EQ(a.rankOf(0, 300), 0);
     EXPECT_EQ(a.rankOf(-1, 0), 0);
+}
+
+}  // namespace
+}  // namespace tarvex
+
+namespace tarvex {
+namespace {
+
+// Sets an environment variable for the life of the object.
+class EnvironmentValue {
+public:
+    EnvironmentValue(const char* name, const char* value) : name_(name) {
+        if (const char* old = std::getenv(name)) old_ = old, had_ = true;
+        ::setenv(name, value, 1);
+    }
+    ~EnvironmentValue() {
+        if (had_)
+            ::setenv(name_, old_.c_str(), 1);
+        else
+            ::unsetenv(name_);
+    }
+
+private:
+    const char* name_;
+    std::string old_;
+    bool had_ = false;
+};
+
+TEST(ColumnFile, DiskAndMemoryGiveTheSameTable) {
+    const std::vector<float> m = {1.0f, 0.3f, 0.5f, 0.3f, 1.0f, 0.1f, 0.5f, 0.1f, 1.0f};
+    std::vector<int32_t> onDisk, inMemory;
+    {
+        ColumnFile file;
+        EXPECT_TRUE(file.onDisk());
+        const int32_t a[] = {1, 2, 3};
+        ASSERT_TRUE(file.write(8, a, sizeof a));
+        int32_t back[5] = {9, 9, 9, 9, 9};
+        ASSERT_TRUE(file.read(0, back, sizeof back));
+        EXPECT_EQ(back[0], 0) << "never written reads as zero";
+        EXPECT_EQ(back[2], 1);
+        EXPECT_EQ(back[4], 3);
+        ImanConover ic(m.data(), 3, 20000);
+        for (int c = 0; c < 3; ++c)
+            for (int32_t r = 0; r < 20000; ++r) onDisk.push_back(ic.rankOf(c, r));
+    }
+    {
+        EnvironmentValue temp("TEMP", "/nonexistent/tarvex-no-such-directory");
+        ColumnFile file;
+        EXPECT_FALSE(file.onDisk());
+        const int32_t a[] = {1, 2, 3};
+        ASSERT_TRUE(file.write(8, a, sizeof a));
+        int32_t back[5] = {9, 9, 9, 9, 9};
+        ASSERT_TRUE(file.read(0, back, sizeof back));
+        EXPECT_EQ(back[0], 0);
+        EXPECT_EQ(back[2], 1);
+        EXPECT_EQ(back[4], 3);
+        ImanConover ic(m.data(), 3, 20000);
+        for (int c = 0; c < 3; ++c)
+            for (int32_t r = 0; r < 20000; ++r) inMemory.push_back(ic.rankOf(c, r));
+    }
+    EXPECT_EQ(onDisk, inMemory);
 }
 
 }  // namespace
