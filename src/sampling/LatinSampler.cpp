@@ -10,10 +10,6 @@
 
 namespace tarvex {
 
-namespace {
-constexpr const char* kNoSamplesText = "  No samples to generate";
-}
-
 LatinSampler::LatinSampler() : Sampler(kLatinMethod, 1) { numSamples = 1; }
 
 // Generation state is not copied: a copy starts from reset.

@@ -9,10 +9,6 @@
 
 namespace tarvex {
 
-namespace {
-constexpr const char* kNoSamplesText = "  No samples to generate";
-}
-
 RandomSampler::RandomSampler() : Sampler(kRandomMethod, 1) {}
 
 // Generation state is not copied: a copy starts from reset.

@@ -36,6 +36,7 @@ enum SamplerMethod : int32_t {
 
 inline constexpr const char* kNoErrorsText = "No errors";
 inline constexpr const char* kNegativeSamplesText = "Number of execution must be a positive value";
+inline constexpr const char* kNoSamplesText = "  No samples to generate";
 inline constexpr const char* kBadSeedText = "Seed must be a value greater than 0 and less than 2,147,483,647";
 
 class Sampler {

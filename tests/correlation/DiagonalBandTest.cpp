@@ -79,6 +79,45 @@ TEST(DiagonalBand, ExactBranchesStillDrawFirst) {
     (void)t2;
 }
 
+TEST(DiagonalBand, MiddlePieceByHand) {
+    // With the default seed the first draw is t = 0.6514319932887886. On the
+    // middle piece the density is 1/(2w), so the solution is lo + T * 2w to
+    // within the bisection's tolerance of 0.001 in probability.
+    const double t = 0.6514319932887886;
+    {
+        DiagonalBand band;
+        band.setCorrelation(0.5);
+        const double a = band.band(), w = 1.0 - a, u = 0.3;
+        ASSERT_LT(u, w);
+        const double m = (w - u) / w;  // mass of the first piece, below t
+        ASSERT_GT(t, m);
+        const double lo = w - u, hi = w + u;
+        ASSERT_LE(u, a);
+        ASSERT_LE(t, (hi - lo) / (2.0 * w) + m);
+        EXPECT_NEAR(band.sampleConditional(u), lo + (t - m) * 2.0 * w, 0.001 * 2.0 * w);
+    }
+    {
+        DiagonalBand band;
+        band.setCorrelation(-0.5);
+        const double a = band.band(), w = 1.0 - a, u = 0.395;
+        ASSERT_LE(u, a);  // no first piece
+        const double lo = a - u, hi = u + a;
+        ASSERT_LE(t, (hi - lo) / (2.0 * w));
+        EXPECT_NEAR(band.sampleConditional(u), lo + t * 2.0 * w, 0.001 * 2.0 * w);
+    }
+    {
+        // Positive band, u near 1: no first piece, t beyond the middle one;
+        // the last piece from (a - u) + 1 at density 1/w.
+        DiagonalBand band;
+        band.setCorrelation(0.5);
+        const double a = band.band(), w = 1.0 - a, u = 0.95;
+        const double lo = std::fabs(w - u), hi = (a - u) + 1.0;
+        const double mass = (hi - lo) / (2.0 * w);
+        ASSERT_GT(t, mass);
+        EXPECT_NEAR(band.sampleConditional(u), hi + (t - mass) * w, 0.001 * w);
+    }
+}
+
 TEST(DiagonalBand, DefaultGeneratorsRepeatTheirStream) {
     auto run = [] {
         DiagonalBand band;
