@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "factors/Evaluator.h"
+
 namespace tarvex {
 
 Relation::Relation() {
@@ -14,18 +16,67 @@ Relation::Relation(const Relation& other)
     typeName = "Relation";
 }
 
-// Until the expression evaluator is linked in, the text is kept as given and
-// no names are extracted from it.
+// A dry run with every symbol at 0.0: the names the run meets are the names
+// the expression uses. A division by a name therefore fails here, and the
+// factor keeps its former expression.
 int Relation::setExpression(const std::string& text) {
-    expression = text;
+    const std::string copy = text;
+    Evaluator& ev = Evaluator::instance();
+    ev.clearSymbols();
+    if (ev.evaluate(copy) != 0) return 0;
+    expression = copy;
     factorNames.clear();
+    for (const SymbolRecord& s : ev.symbolTable()) factorNames.push_back(s.name);
     return 1;
 }
 
-// Without the evaluator there is nothing to compute; 0.0 is what a failed
-// evaluation yields as well.
-double Relation::evaluate(int, const std::vector<std::string>&, const double*) {
-    return 0.0;
+void Relation::bindUsedFactors(int count, const std::vector<std::string>& names, std::vector<std::string>& bound,
+                               std::vector<int>& columns) const {
+    bound.clear();
+    columns.clear();
+    const auto end = names.begin() + std::clamp<std::ptrdiff_t>(count, 0, static_cast<std::ptrdiff_t>(names.size()));
+    for (const std::string& used : factorNames) {
+        const auto it = std::find(names.begin(), end, used);
+        if (it == end) continue;
+        bound.push_back(used);
+        columns.push_back(static_cast<int>(it - names.begin()));
+    }
+}
+
+double Relation::evaluate(int count, const std::vector<std::string>& names, const double* values) {
+    std::vector<std::string> bound;
+    std::vector<int> columns;
+    bindUsedFactors(count, names, bound, columns);
+    std::vector<double> row;
+    row.reserve(columns.size());
+    for (int c : columns) row.push_back(values[c]);
+
+    Evaluator& ev = Evaluator::instance();
+    ev.clearSymbols();
+    ev.evaluate(bindingProgram(bound, row.data(), expression));
+    return readBindingResult();
+}
+
+void Relation::prepareRows(int count, const std::vector<std::string>& names) {
+    rowNames_.assign(names.begin(),
+                     names.begin() + std::clamp<std::ptrdiff_t>(count, 0, static_cast<std::ptrdiff_t>(names.size())));
+    rowsPrepared_ = false;
+}
+
+double Relation::evaluateRow(const double* values) {
+    if (!rowsPrepared_ || compiledExpression_ != expression || compiledFactors_ != factorNames) {
+        std::vector<std::string> bound;
+        bindUsedFactors(static_cast<int>(rowNames_.size()), rowNames_, bound, columns_);
+        compiled_.compile(bound, expression);
+        compiledExpression_ = expression;
+        compiledFactors_ = factorNames;
+        gathered_.assign(columns_.size(), 0.0);
+        rowsPrepared_ = true;
+    }
+    for (std::size_t i = 0; i < columns_.size(); ++i) gathered_[i] = values[columns_[i]];
+    double result = 0.0;
+    compiled_.evaluate(gathered_.data(), result);
+    return result;
 }
 
 int Relation::usesFactor(const std::string& factorName) const {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "factors/CompiledExpression.h"
 #include "factors/Factor.h"
 
 namespace tarvex {
@@ -20,8 +21,21 @@ public:
     // former expression otherwise.
     int setExpression(const std::string& text);
     // Value for one sample row: names are all factor names of the list, values
-    // the row in the same order, count the number of names.
+    // the row in the same order, count the number of names. Each used factor
+    // is bound by "%g" text in front of the expression and the text is
+    // evaluated; a failed evaluation gives what the result name holds, 0.0
+    // when it was never assigned. A used name missing from `names` stays
+    // unbound and so reads as 0.0.
     double evaluate(int count, const std::vector<std::string>& names, const double* values);
+
+    // The same values for many rows without reading the text again: after
+    // prepareRows(count, names), evaluateRow(row) equals evaluate(count,
+    // names, row) bit for bit, failures included. Changing the expression
+    // later is noticed; without prepareRows no factor is bound.
+    void prepareRows(int count, const std::vector<std::string>& names);
+    double evaluateRow(const double* values);
+    // Diagnostic of the last evaluateRow: empty after a success.
+    const ExprFailure& rowFailure() const { return compiled_.failure(); }
     // 1 if the expression uses the name (exact comparison), else 0.
     int usesFactor(const std::string& factorName) const;
     // Renames a used factor inside the expression; 0 if oldName is not used.
@@ -31,6 +45,18 @@ public:
     // Names the expression uses, in the sorted order of the evaluator's symbol
     // table, without repeats.
     std::vector<std::string> factorNames;
+
+private:
+    void bindUsedFactors(int count, const std::vector<std::string>& names, std::vector<std::string>& bound,
+                         std::vector<int>& columns) const;
+
+    std::vector<std::string> rowNames_;       // the list given to prepareRows
+    std::string compiledExpression_;          // what compiled_ was built from
+    std::vector<std::string> compiledFactors_;
+    bool rowsPrepared_ = false;
+    CompiledExpression compiled_;
+    std::vector<int> columns_;                // row column of each bound name
+    std::vector<double> gathered_;
 };
 
 } // namespace tarvex
