@@ -1,0 +1,26 @@
+#pragma once
+// Line reads of the engine's text readers, with the two behaviours their
+// formats rely on.
+#include <cstddef>
+#include <istream>
+#include <string>
+
+namespace tarvex {
+
+// A whole line into a buffer of `bufferSize` characters: at most
+// bufferSize - 1 characters fit, and a longer line fails the stream (as
+// istream::getline with a fixed buffer does). The line end is consumed.
+bool readBoundedLine(std::istream& in, std::string& line, std::size_t bufferSize);
+
+// Takes at most `limit` characters, stopping after a line end (which counts
+// among them and is not kept). What is left of a longer line stays in the
+// stream. Fails the stream only at the end of the input before any character.
+bool takeLine(std::istream& in, std::string& line, std::size_t limit);
+
+// Takes characters up to and including `delimiter`, at most `limit` of them.
+bool takeThrough(std::istream& in, char delimiter, std::size_t limit);
+
+// Skips the rest of the current line, its line end included.
+void finishLine(std::istream& in);
+
+} // namespace tarvex
