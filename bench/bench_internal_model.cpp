@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "model/InternalModel.h"
-#include "model/ModelProgram.h"
+#include "model/BoundValue.h"
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include <unordered_set>
 
 #include "factors/ExpressionCompiler.h"
+#include "model/BoundValue.h"
 
 namespace tarvex {
 
@@ -30,17 +31,6 @@ struct FixedSymbols {
 };
 
 } // namespace
-
-double boundValue(double value) {
-    char text[48];
-    const int length = printBoundValue(value, text);
-    // "-" before a real is the unary minus of the calculator.
-    const bool negative = text[0] == '-';
-    std::size_t pos = negative ? 1 : 0;
-    double v = 0.0;
-    scanReal(std::string_view(text, static_cast<std::size_t>(length)), pos, v);
-    return negative ? -v : v;
-}
 
 ModelProgram::ModelProgram(const std::vector<ModelVariable>& variables, const std::vector<ModelExpression>& expressions)
     : variableCount_(variables.size()) {

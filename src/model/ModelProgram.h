@@ -28,10 +28,6 @@
 
 namespace tarvex {
 
-// The value that `value` takes when its "%g" text is read by the calculator.
-// Defined for finite values.
-double boundValue(double value);
-
 class ModelProgram {
 public:
     ModelProgram(const std::vector<ModelVariable>& variables, const std::vector<ModelExpression>& expressions);
