@@ -61,7 +61,7 @@ sampValues rows(int count, int columns) {
 std::vector<double> fileDoubles(const std::string& path) {
     const std::string bytes = test::readFile(path);
     std::vector<double> v(bytes.size() / sizeof(double));
-    std::memcpy(v.data(), bytes.data(), v.size() * sizeof(double));
+    if (!v.empty()) std::memcpy(v.data(), bytes.data(), v.size() * sizeof(double));
     return v;
 }
 

@@ -30,7 +30,7 @@ protected:
     std::vector<double> data() const {
         const std::string bytes = test::readFile(config.dataFile());
         std::vector<double> v(bytes.size() / sizeof(double));
-        std::memcpy(v.data(), bytes.data(), v.size() * sizeof(double));
+        if (!v.empty()) std::memcpy(v.data(), bytes.data(), v.size() * sizeof(double));
         return v;
     }
 
