@@ -1,6 +1,8 @@
 #include "factors/Beta.h"
 
 #include <cmath>
+#include <istream>
+#include <ostream>
 
 #include "factors/NumericLibrary.h"
 
@@ -67,6 +69,23 @@ int Beta::checkParameters(double a, double b, double lo, double up, std::string&
 
 int Beta::setParameters(double a, double b, double lo, double up) {
     if (!checkParameters(a, b, lo, up, errorText)) return 0;
+    alfa = a;
+    beta = b;
+    lower = lo;
+    upper = up;
+    updateDerived();
+    return 1;
+}
+
+// Data line: alfa, beta, lower, upper. The derived range and B(alfa, beta)
+// follow what was read.
+void Beta::writeData(std::ostream& out) const {
+    out << '\t' << alfa << '\t' << beta << '\t' << lower << '\t' << upper << '\n';
+}
+
+int Beta::readData(std::istream& in) {
+    double a = 0.0, b = 0.0, lo = 0.0, up = 0.0;
+    if (!(in >> a >> b >> lo >> up)) return 0;
     alfa = a;
     beta = b;
     lower = lo;

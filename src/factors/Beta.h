@@ -36,6 +36,10 @@ public:
     // on failure errorText is set and nothing changes.
     int setParameters(double alfa, double beta, double lower, double upper);
 
+protected:
+    void writeData(std::ostream& out) const override;
+    int readData(std::istream& in) override;
+
 private:
     void updateDerived();
 

@@ -16,6 +16,10 @@ public:
     std::unique_ptr<Factor> clone() const override { return std::make_unique<Constant>(*this); }
 
     double value = 1.0;
+
+protected:
+    void writeData(std::ostream& out) const override;
+    int readData(std::istream& in) override;
 };
 
 } // namespace tarvex

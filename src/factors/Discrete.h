@@ -35,6 +35,10 @@ public:
     int addPoint(std::unique_ptr<Interval> point);
     int checkWeights() { return intervals.checkWeights(errorText); }
 
+protected:
+    void writeData(std::ostream& out) const override;
+    int readData(std::istream& in) override;
+
 private:
     IntervalSequence intervals;
 };

@@ -1,6 +1,8 @@
 #include "factors/Exponential.h"
 
 #include <cmath>
+#include <istream>
+#include <ostream>
 
 namespace tarvex {
 
@@ -49,6 +51,20 @@ int Exponential::setRightTruncation(double v) {
         return 0;
     }
     rightTruncation = v;
+    return 1;
+}
+
+// Data line: lambda, b, right truncation.
+void Exponential::writeData(std::ostream& out) const {
+    out << '\t' << lambda << '\t' << b << '\t' << rightTruncation << '\n';
+}
+
+int Exponential::readData(std::istream& in) {
+    double l = 0.0, loc = 0.0, right = 0.0;
+    if (!(in >> l >> loc >> right)) return 0;
+    lambda = l;
+    b = loc;
+    rightTruncation = right;
     return 1;
 }
 

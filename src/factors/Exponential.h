@@ -24,6 +24,10 @@ public:
     // Unlike the inherited rule, this one tests the new value: 0 < v < 1.
     int setRightTruncation(double v) override;
 
+protected:
+    void writeData(std::ostream& out) const override;
+    int readData(std::istream& in) override;
+
 private:
     double lambda = 1.0;
     double b = 0.0;

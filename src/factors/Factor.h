@@ -3,6 +3,7 @@
 // model. Subclasses add a distribution (Distribution and below), a fixed value
 // (Constant) or an expression over other factors (Relation).
 #include <cstdint>
+#include <iosfwd>
 #include <memory>
 #include <string>
 
@@ -40,11 +41,28 @@ public:
     // Deep copy through the class's own copy constructor.
     virtual std::unique_ptr<Factor> clone() const = 0;
 
+    // The factor record of a factor file: type name, name and note lines, then
+    // the data line of `status` and the class's parameters (writeData). Numbers
+    // take the stream's own format; nothing is changed in it.
+    void write(std::ostream& out) const;
+    // Reads a record whose type line has already been read: the name (a line
+    // of at most 19 characters holding one valid word), the note (at most 254
+    // characters), the status and the parameters. Returns 0 and leaves the
+    // stream in its fail state on any failure.
+    int read(std::istream& in);
+
     std::string errorText = "No errors";
     std::string typeName = "Factor";
     int32_t status = 1;
     std::string name = "Noname";
     std::string note;
+
+protected:
+    // What follows `status` on the data line, up to and including the last
+    // newline of the record's data (the list adds the separating blank line).
+    virtual void writeData(std::ostream& out) const;
+    // Reads what writeData wrote; 0 with the stream's fail state on failure.
+    virtual int readData(std::istream& in);
 };
 
 } // namespace tarvex

@@ -1,6 +1,8 @@
 #include "factors/Gamma.h"
 
 #include <cmath>
+#include <istream>
+#include <ostream>
 
 #include "factors/NumericLibrary.h"
 
@@ -70,6 +72,22 @@ int Gamma::setRightTruncation(double v) {
         return 0;
     }
     rightTruncation = v;
+    return 1;
+}
+
+// Data line: r, lambda, b, right truncation.
+void Gamma::writeData(std::ostream& out) const {
+    out << '\t' << r << '\t' << lambda << '\t' << b << '\t' << rightTruncation << '\n';
+}
+
+int Gamma::readData(std::istream& in) {
+    double shape = 0.0, rate = 0.0, loc = 0.0, right = 0.0;
+    if (!(in >> shape >> rate >> loc >> right)) return 0;
+    r = shape;
+    lambda = rate;
+    b = loc;
+    rightTruncation = right;
+    gammaOfR = std::exp(lnGamma(r));
     return 1;
 }
 

@@ -28,6 +28,10 @@ public:
     // Tests the new value: 0 < v < 1.
     int setRightTruncation(double v) override;
 
+protected:
+    void writeData(std::ostream& out) const override;
+    int readData(std::istream& in) override;
+
 private:
     double r = 1.0;
     double lambda = 1.0;

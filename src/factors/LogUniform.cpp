@@ -41,4 +41,8 @@ double LogUniform::intervalDensity(const Interval& iv, double x) const {
     return iv.weight / ((std::log(iv.right) - std::log(iv.left)) * x);
 }
 
+std::unique_ptr<Interval> LogUniform::newInterval() const {
+    return std::make_unique<LogInterval>();
+}
+
 } // namespace tarvex

@@ -16,6 +16,7 @@ public:
     double stdDev() const override;
 
 protected:
+    std::unique_ptr<Interval> newInterval() const override;
     double partialWeight(const Interval& iv, double x) const override;
     double intervalDensity(const Interval& iv, double x) const override;
 };

@@ -1,6 +1,8 @@
 #include "factors/Normal.h"
 
 #include <cmath>
+#include <istream>
+#include <ostream>
 
 #include "factors/NumericLibrary.h"
 
@@ -55,6 +57,21 @@ int Normal::setTruncations(double left, double right) {
         errorText = "Left Truncation must be greater than 0";
         return 0;
     }
+    leftTruncation = left;
+    rightTruncation = right;
+    return 1;
+}
+
+// Data line: mean, standard deviation, left and right truncation.
+void Normal::writeData(std::ostream& out) const {
+    out << '\t' << meanValue << '\t' << stdDeviation << '\t' << leftTruncation << '\t' << rightTruncation << '\n';
+}
+
+int Normal::readData(std::istream& in) {
+    double m = 0.0, sd = 0.0, left = 0.0, right = 0.0;
+    if (!(in >> m >> sd >> left >> right)) return 0;
+    meanValue = m;
+    stdDeviation = sd;
     leftTruncation = left;
     rightTruncation = right;
     return 1;

@@ -25,6 +25,8 @@ public:
     int setTruncations(double left, double right);
 
 protected:
+    void writeData(std::ostream& out) const override;
+    int readData(std::istream& in) override;
     double meanValue = 0.0;
     double stdDeviation = 1.0;
 };

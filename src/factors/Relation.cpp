@@ -1,6 +1,10 @@
 #include "factors/Relation.h"
 
 #include <algorithm>
+#include <istream>
+#include <ostream>
+
+#include "factors/LineRead.h"
 
 #include "factors/Evaluator.h"
 
@@ -102,6 +106,21 @@ int Relation::renameFactor(const std::string& oldName, const std::string& newNam
     }
     renamed.append(expression, from, std::string::npos);
     setExpression(renamed);
+    return 1;
+}
+
+void Relation::writeData(std::ostream& out) const {
+    out << '\n' << expression << "\n\n";
+}
+
+// The expression is read by a line read into 255 bytes and handed to
+// setExpression; an expression that its dry run refuses leaves the factor
+// with its former (empty) expression, as on the panel, and the file reads on.
+int Relation::readData(std::istream& in) {
+    skipLine(in);
+    std::string text;
+    if (!readLine(in, text, 255)) return 0;
+    setExpression(text);
     return 1;
 }
 

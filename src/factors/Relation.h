@@ -46,6 +46,12 @@ public:
     // table, without repeats.
     std::vector<std::string> factorNames;
 
+protected:
+    // Nothing on the data line; the expression follows on a line of its own,
+    // then a blank line.
+    void writeData(std::ostream& out) const override;
+    int readData(std::istream& in) override;
+
 private:
     void bindUsedFactors(int count, const std::vector<std::string>& names, std::vector<std::string>& bound,
                          std::vector<int>& columns) const;

@@ -1,6 +1,8 @@
 #include "factors/Triangular.h"
 
 #include <cmath>
+#include <istream>
+#include <ostream>
 
 namespace tarvex {
 
@@ -71,6 +73,20 @@ int Triangular::setParameters(double left, double mode, double right) {
     beta = mode;
     gamma = right;
     updateDerived();
+    return 1;
+}
+
+// Data line: left end, mode, right end.
+void Triangular::writeData(std::ostream& out) const {
+    out << '\t' << alfa << '\t' << beta << '\t' << gamma << '\n';
+}
+
+// Three points out of order are not a broken file: the factor keeps its
+// former points, says why in errorText, and the reading goes on.
+int Triangular::readData(std::istream& in) {
+    double left = 0.0, mode = 0.0, right = 0.0;
+    if (!(in >> left >> mode >> right)) return 0;
+    setParameters(left, mode, right);
     return 1;
 }
 

@@ -31,6 +31,10 @@ public:
     // left of the mode; on failure errorText is set and nothing changes.
     int setParameters(double left, double mode, double right);
 
+protected:
+    void writeData(std::ostream& out) const override;
+    int readData(std::istream& in) override;
+
 private:
     void updateDerived();
     // Integral of x^k f(x) over the support, k = 1 or 2.

@@ -1,6 +1,8 @@
 #include "factors/Uniform.h"
 
 #include <cmath>
+#include <istream>
+#include <ostream>
 
 namespace tarvex {
 
@@ -80,6 +82,33 @@ int Uniform::addInterval(std::unique_ptr<Interval> interval) {
         return 0;
     }
     intervals.append(std::move(interval));
+    return 1;
+}
+
+std::unique_ptr<Interval> Uniform::newInterval() const {
+    return std::make_unique<Interval>();
+}
+
+// Count on the data line, then one line per interval: left, right, weight.
+void Uniform::writeData(std::ostream& out) const {
+    out << '\t' << intervals.count() << '\n';
+    for (const auto& iv : intervals.items) out << iv->left << '\t' << iv->right << '\t' << iv->weight << '\n';
+}
+
+// The intervals are taken as they stand: no test of weights, order or bounds.
+int Uniform::readData(std::istream& in) {
+    intervals.clear();
+    int32_t n = 0;
+    if (!(in >> n)) return 0;
+    if (n < 1) {
+        in.setstate(std::ios::failbit);
+        return 0;
+    }
+    for (int32_t k = 0; k < n; ++k) {
+        std::unique_ptr<Interval> iv = newInterval();
+        if (!(in >> iv->left >> iv->right >> iv->weight)) return 0;
+        intervals.append(std::move(iv));
+    }
     return 1;
 }
 

@@ -31,6 +31,10 @@ public:
     int checkWeights() { return intervals.checkWeights(errorText); }
 
 protected:
+    void writeData(std::ostream& out) const override;
+    int readData(std::istream& in) override;
+    // A new, default interval of the kind this class stores.
+    virtual std::unique_ptr<Interval> newInterval() const;
     // For LogUniform: no default interval, the caller fills the sequence.
     struct NoDefault {};
     explicit Uniform(NoDefault) {}

@@ -1,6 +1,8 @@
 #include "factors/Weibull.h"
 
 #include <cmath>
+#include <istream>
+#include <ostream>
 
 #include "factors/NumericLibrary.h"
 
@@ -60,6 +62,21 @@ int Weibull::setB(double v) {
         return 0;
     }
     b = v;
+    return 1;
+}
+
+// Data line: beta, n, b, right truncation.
+void Weibull::writeData(std::ostream& out) const {
+    out << '\t' << beta << '\t' << n << '\t' << b << '\t' << rightTruncation << '\n';
+}
+
+int Weibull::readData(std::istream& in) {
+    double shape = 0.0, scale = 0.0, loc = 0.0, right = 0.0;
+    if (!(in >> shape >> scale >> loc >> right)) return 0;
+    beta = shape;
+    n = scale;
+    b = loc;
+    rightTruncation = right;
     return 1;
 }
 

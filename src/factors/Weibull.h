@@ -26,6 +26,10 @@ public:
     int setN(double v);
     int setB(double v);
 
+protected:
+    void writeData(std::ostream& out) const override;
+    int readData(std::istream& in) override;
+
 private:
     double beta = 1.0;
     double n = 1.0;

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdio>
+#include <cstdlib>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -12,6 +14,7 @@
 #include "factors/Relation.h"
 #include "factors/RelationCheck.h"
 #include "factors/TrialRandom.h"
+#include "TestSupport.h"
 
 namespace tarvex {
 namespace {
@@ -112,23 +115,37 @@ TEST(Relation, SeveralPartsAndFailures) {
     EXPECT_EQ(missing.evaluate(1, Names{"a"}, two), 2.0);
 }
 
+// Selects a locale whose decimal point is a comma for LC_NUMERIC: an installed
+// one, or one compiled into `dir` when the locale sources are present.
+bool selectCommaLocale(const test::ScratchDir& dir) {
+    for (const char* loc : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "it_IT.UTF-8"})
+        if (std::setlocale(LC_NUMERIC, loc)) return true;
+    const std::string command = "localedef -i de_DE -f UTF-8 '" + dir.file("de_DE.UTF-8") + "' >/dev/null 2>&1";
+    if (std::system(command.c_str()) != 0) return false;
+    setenv("LOCPATH", dir.path().c_str(), 1);
+    const bool ok = std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr;
+    unsetenv("LOCPATH");
+    return ok;
+}
+
 TEST(Relation, DecimalCommaOfTheLocaleBecomesAPoint) {
-    const char* found = nullptr;
-    for (const char* loc : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "it_IT.UTF-8", "nl_NL.UTF-8"}) {
-        if (std::setlocale(LC_NUMERIC, loc)) {
-            found = loc;
-            break;
-        }
-    }
-    if (!found) GTEST_SKIP() << "no locale with a decimal comma installed";
+    test::ScratchDir dir;
+    if (!selectCommaLocale(dir)) GTEST_SKIP() << "no locale with a decimal comma available";
+    char raw[32];
+    std::snprintf(raw, sizeof raw, "%g", 1.5);
     const std::string printed = formatBoundValue(1.5);
     Relation r;
-    const bool set = r.setExpression("x * 2") == 1;
-    const double v = r.evaluate(1, Names{"x"}, std::vector<double>{1.5}.data());
+    const int set = r.setExpression("x * 2");
+    const double one[] = {1.5};
+    const double v = r.evaluate(1, Names{"x"}, one);
+    r.prepareRows(1, Names{"x"});
+    const double fast = r.evaluateRow(one);
     std::setlocale(LC_NUMERIC, "C");
+    EXPECT_STREQ(raw, "1,5");  // the locale is in force
     EXPECT_EQ(printed, "1.5");
-    EXPECT_TRUE(set);
+    EXPECT_EQ(set, 1);
     EXPECT_EQ(v, 3.0);
+    EXPECT_EQ(fast, 3.0);
 }
 
 TEST(Relation, UsesAndRenames) {

@@ -1,0 +1,256 @@
+#include "correlation/FactorList.h"
+
+#include <utility>
+
+#include "factors/FactorKinds.h"
+
+namespace tarvex {
+
+FactorList::FactorList(const FactorList& other)
+    : correlationMode(other.correlationMode),
+      steinFileName(other.steinFileName),
+      steinInfo(other.steinInfo),
+      sourceText(other.sourceText),
+      modified(other.modified),
+      errorText(other.errorText),
+      tree_(other.tree_),
+      matrix_(other.matrix_),
+      order_(other.order_),
+      flatOrder_(other.flatOrder_) {
+    factors_.reserve(other.factors_.size());
+    for (const auto& f : other.factors_) factors_.push_back(f->clone());
+}
+
+FactorList& FactorList::operator=(const FactorList& other) {
+    if (this != &other) {
+        FactorList copy(other);
+        swap(copy);
+    }
+    return *this;
+}
+
+void FactorList::swap(FactorList& other) noexcept {
+    using std::swap;
+    swap(correlationMode, other.correlationMode);
+    swap(steinFileName, other.steinFileName);
+    swap(steinInfo, other.steinInfo);
+    swap(sourceText, other.sourceText);
+    swap(modified, other.modified);
+    swap(errorText, other.errorText);
+    swap(factors_, other.factors_);
+    swap(tree_, other.tree_);
+    swap(matrix_, other.matrix_);
+    swap(order_, other.order_);
+    swap(flatOrder_, other.flatOrder_);
+}
+
+void FactorList::insertMatrixRow(int at) {
+    const auto pos = static_cast<std::size_t>(at);
+    for (auto& row : matrix_) row.insert(row.begin() + static_cast<long>(pos), 0.0f);
+    std::vector<float> added(matrix_.size() + 1, 0.0f);
+    added[pos] = 1.0f;
+    matrix_.insert(matrix_.begin() + static_cast<long>(pos), std::move(added));
+}
+
+void FactorList::eraseMatrixRow(int at) {
+    if (at < 0 || at >= matrixSize()) return;
+    matrix_.erase(matrix_.begin() + at);
+    for (auto& row : matrix_) row.erase(row.begin() + at);
+}
+
+std::vector<float> FactorList::correlationMatrix() const {
+    std::vector<float> flat;
+    flat.reserve(matrix_.size() * matrix_.size());
+    for (const auto& row : matrix_) flat.insert(flat.end(), row.begin(), row.end());
+    return flat;
+}
+
+int FactorList::addFactor(std::unique_ptr<Factor> factor) {
+    if (!factor) return 0;
+    appendFactor(std::move(factor));
+    computeFactorOrder();
+    return 1;
+}
+
+void FactorList::appendFactor(std::unique_ptr<Factor> factor) {
+    if (isCorrelatableType(factor->typeName)) insertMatrixRow(matrixSize());
+    tree_.addNode(factor->name);
+    factors_.push_back(std::move(factor));
+    modified = 1;
+}
+
+int FactorList::removeFactor(int i) {
+    if (i < 0 || i >= factorCount()) return 0;
+    const int row = correlatableIndex(i);
+    if (row >= 0) eraseMatrixRow(row);
+    tree_.removeNode(i);
+    factors_.erase(factors_.begin() + i);
+    modified = 1;
+    computeFactorOrder();
+    return 1;
+}
+
+int FactorList::replaceFactor(int i, std::unique_ptr<Factor> factor) {
+    if (i < 0 || i >= factorCount() || !factor) return 0;
+    const bool was = isCorrelatable(i) == 1;
+    const bool will = isCorrelatableType(factor->typeName) == 1;
+    if (was && !will && tree_.isLinked(i)) {
+        errorText = "   Can't change to Constant\n or Relation a correlated factor";
+        return 0;
+    }
+    if (was && !will) eraseMatrixRow(correlatableIndex(i));
+    tree_.rename(i, factor->name);
+    factors_[static_cast<std::size_t>(i)] = std::move(factor);
+    if (!was && will) insertMatrixRow(correlatableIndex(i));
+    modified = 1;
+    computeFactorOrder();
+    return 1;
+}
+
+void FactorList::clear() {
+    factors_.clear();
+    tree_.clear();
+    matrix_.clear();
+    order_.clear();
+    flatOrder_.clear();
+    steinInfo.clear();
+    steinFileName.clear();
+    correlationMode = kNoCorrelation;
+    modified = 1;
+}
+
+int FactorList::correlatableCount() const {
+    int n = 0;
+    for (const auto& f : factors_) n += isCorrelatableType(f->typeName);
+    return n;
+}
+
+int FactorList::isCorrelatable(int i) const {
+    if (i < 0 || i >= factorCount()) return -1;
+    return isCorrelatableType(factors_[static_cast<std::size_t>(i)]->typeName);
+}
+
+int FactorList::isRelation(int i) const {
+    if (i < 0 || i >= factorCount()) return -1;
+    return factors_[static_cast<std::size_t>(i)]->typeName == "Relation" ? 1 : 0;
+}
+
+Factor* FactorList::getFactor(int i) const {
+    if (i < 0 || i >= factorCount()) return nullptr;
+    return factors_[static_cast<std::size_t>(i)].get();
+}
+
+int FactorList::findFactor(const std::string& name) const {
+    for (int i = 0; i < factorCount(); ++i) {
+        if (factors_[static_cast<std::size_t>(i)]->name == name) return i;
+    }
+    return -1;
+}
+
+int FactorList::correlatableIndex(int i) const {
+    if (isCorrelatable(i) != 1) return -1;
+    int row = 0;
+    for (int k = 0; k < i; ++k) row += isCorrelatable(k);
+    return row;
+}
+
+float FactorList::matrixValue(int row, int column) const {
+    const int n = matrixSize();
+    if (row < 0 || row >= n || column < 0 || column >= n) return 0.0f;
+    return matrix_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+}
+
+int FactorList::setMatrixValue(int row, int column, double value) {
+    const int n = matrixSize();
+    if (row < 0 || row >= n || column < 0 || column >= n || row == column) {
+        errorText = "No such pair in the correlation matrix";
+        return 0;
+    }
+    if (!DependenceTree::checkCorrelation(value, errorText)) return 0;
+    matrix_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] = static_cast<float>(value);
+    matrix_[static_cast<std::size_t>(column)][static_cast<std::size_t>(row)] = static_cast<float>(value);
+    modified = 1;
+    return 1;
+}
+
+int FactorList::linkFactor(int child, int parent, double correlation) {
+    if (isCorrelatable(child) != 1 || isCorrelatable(parent) != 1) {
+        errorText = "Only factors with a distribution can be correlated";
+        return 0;
+    }
+    if (!tree_.link(child, parent, correlation, errorText)) return 0;
+    modified = 1;
+    computeFactorOrder();
+    return 1;
+}
+
+int FactorList::moveLink(int child, int parent) {
+    if (isCorrelatable(child) != 1 || isCorrelatable(parent) != 1) {
+        errorText = "Only factors with a distribution can be correlated";
+        return 0;
+    }
+    if (!tree_.moveLink(child, parent, errorText)) return 0;
+    modified = 1;
+    computeFactorOrder();
+    return 1;
+}
+
+int FactorList::unlinkFactor(int i) {
+    if (i < 0 || i >= factorCount()) return 0;
+    tree_.unlink(i);
+    modified = 1;
+    computeFactorOrder();
+    return 1;
+}
+
+int FactorList::setLinkCorrelation(int i, double correlation) {
+    if (!tree_.setCorrelation(i, correlation, errorText)) return 0;
+    modified = 1;
+    return 1;
+}
+
+void FactorList::computeFactorOrder() {
+    order_.clear();
+    flatOrder_.clear();
+    const int n = factorCount();
+    // Depth first from each root; the tree has no cycle, and the explicit
+    // stack keeps deep chains off the call stack.
+    for (int root = 0; root < n; ++root) {
+        if (isCorrelatable(root) != 1 || tree_.node(root).parent >= 0) continue;
+        std::vector<uint32_t> row;
+        std::vector<int> stack{root};
+        while (!stack.empty()) {
+            const int at = stack.back();
+            stack.pop_back();
+            row.push_back(static_cast<uint32_t>(at));
+            const auto& children = tree_.node(at).children;
+            for (auto it = children.rbegin(); it != children.rend(); ++it) stack.push_back(*it);
+        }
+        order_.push_back(std::move(row));
+    }
+    std::vector<uint32_t> constants, relations;
+    for (int i = 0; i < n; ++i) {
+        if (isCorrelatable(i) == 1) continue;
+        (isRelation(i) == 1 ? relations : constants).push_back(static_cast<uint32_t>(i));
+    }
+    if (!constants.empty()) order_.push_back(std::move(constants));
+    if (!relations.empty()) order_.push_back(std::move(relations));
+    for (auto& row : order_) {
+        for (uint32_t index : row) flatOrder_.push_back(static_cast<int>(index));
+        row.push_back(kOrderRowEnd);
+    }
+}
+
+int FactorList::factorAt(int k) const {
+    if (flatOrder_.empty() || k < 0) return -1;
+    return flatOrder_[static_cast<std::size_t>(k) % flatOrder_.size()];
+}
+
+void FactorList::clearStein() {
+    steinInfo.clear();
+    steinFileName.clear();
+    if (correlationMode == kSteinCorrelation) correlationMode = kNoCorrelation;
+    modified = 1;
+}
+
+} // namespace tarvex

@@ -1,0 +1,175 @@
+// Importing a Stein sample: both modes, every message, and the empirical
+// distributions built from the columns.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "FactorListSamples.h"
+#include "TestSupport.h"
+#include "correlation/FactorFile.h"
+
+namespace tarvex {
+namespace {
+
+using test::named;
+
+constexpr const char* kNoFactors = "Error loading stein file. No factors to import.";
+constexpr const char* kCount =
+    "Error loading stein file. The number of imported factors is different from the loaded configuration.";
+constexpr const char* kCorrupt = "Error loading stein file. Current data may be inconsistent or corrupt.";
+
+class SteinImport : public test::DefaultTruncationsGuard {
+protected:
+    std::string file(const std::string& content) {
+        const std::string path = dir_.file("stein" + std::to_string(++count_) + ".txt");
+        test::writeFile(path, content);
+        return path;
+    }
+    test::ScratchDir dir_;
+    int count_ = 0;
+};
+
+Uniform* uniformAt(const FactorList& list, int i) {
+    return dynamic_cast<Uniform*>(list.getFactor(i));
+}
+
+TEST_F(SteinImport, FullImportBuildsEmpiricalUniforms) {
+    FactorList list;
+    list.addFactor(named<Normal>("old"));
+    list.addFactor(named<Normal>("old2"));
+    list.addFactor(named<Normal>("old3"));
+    // Three columns: distinct values, a repeated first value, a repeated last.
+    const std::string path = file("3\n3 trailing words\nx\ny\nz\n3 1 1\n1 2 2\n2 1 2\n");
+    ASSERT_EQ(list.importStein(path, 1), 1) << list.errorText;
+    ASSERT_EQ(list.factorCount(), 3);
+    EXPECT_EQ(list.getFactor(0)->name, "x");
+    EXPECT_EQ(list.getFactor(2)->typeName, "Uniform");
+    EXPECT_EQ(list.steinFileName, path);
+    EXPECT_EQ(list.correlationMode, 2);  // a full import sets no Stein correlation
+    EXPECT_EQ(list.correlatableCount(), 3);
+
+    // 1, 2, 3: [1,2] and [2,3], each of weight 1/2.
+    Uniform* x = uniformAt(list, 0);
+    ASSERT_EQ(x->count(), 2);
+    EXPECT_EQ(x->intervalAt(0)->left, 1.0);
+    EXPECT_EQ(x->intervalAt(0)->right, 2.0);
+    EXPECT_EQ(x->intervalAt(0)->weight, 0.5);
+    EXPECT_EQ(x->intervalAt(1)->left, 2.0);
+    EXPECT_EQ(x->intervalAt(1)->right, 3.0);
+    EXPECT_EQ(x->intervalAt(1)->weight, 0.5);
+    EXPECT_EQ(x->checkWeights(), 1);
+    // 1, 1, 2: one interval [1,2] of weight 2/2.
+    Uniform* y = uniformAt(list, 1);
+    ASSERT_EQ(y->count(), 1);
+    EXPECT_EQ(y->intervalAt(0)->weight, 1.0);
+    // 1, 2, 2: [1,2] of 1/2, grown by the repeat at the end to 1.
+    Uniform* z = uniformAt(list, 2);
+    ASSERT_EQ(z->count(), 1);
+    EXPECT_EQ(z->intervalAt(0)->weight, 1.0);
+
+    EXPECT_EQ(list.steinInfo.rowCount(), 3);
+    EXPECT_EQ(list.steinInfo.columnCount(), 3);
+    EXPECT_EQ(list.steinInfo.value(0, 0), 3.0);
+
+    // The imported list makes a factor file that loads as it was.
+    std::ostringstream out;
+    list.write(out);
+    std::istringstream in(out.str());
+    FactorList back;
+    ASSERT_EQ(back.read(in), 1);
+    std::ostringstream again;
+    back.write(again);
+    EXPECT_EQ(again.str(), out.str());
+}
+
+TEST_F(SteinImport, LongerColumnsSumToOne) {
+    FactorList list;
+    // 1, 1, 2, 3, 3, 3: [1,2] 2/5, [2,3] 1/5 grown by 2/5 at the end.
+    ASSERT_EQ(list.importStein(file("6\n1\nv\n1\n3\n1\n3\n2\n3\n"), 1), 1) << list.errorText;
+    Uniform* v = uniformAt(list, 0);
+    ASSERT_EQ(v->count(), 2);
+    EXPECT_DOUBLE_EQ(v->intervalAt(0)->weight, 0.4);
+    EXPECT_DOUBLE_EQ(v->intervalAt(1)->weight, 0.6);
+    EXPECT_EQ(v->checkWeights(), 1);
+}
+
+TEST_F(SteinImport, AttachKeepsFactorsAndSetsSteinMode) {
+    FactorList list;
+    list.addFactor(named<Normal>("a"));
+    list.addFactor(named<Gamma>("b"));
+    ASSERT_EQ(list.importStein(file("2\n2\nfirst\nsecond\n0.5 7\n-1e3 8.25\n"), 2), 1) << list.errorText;
+    EXPECT_EQ(list.factorCount(), 2);
+    EXPECT_EQ(list.getFactor(0)->typeName, "Normal");
+    EXPECT_EQ(list.getFactor(1)->name, "b");
+    EXPECT_EQ(list.correlationMode, 3);
+    EXPECT_EQ(list.steinInfo.value(1, 0), -1000.0);
+    EXPECT_EQ(list.steinInfo.value(1, 1), 8.25);
+
+    // A second import replaces the sample.
+    ASSERT_EQ(list.importStein(file("1\n2\na\nb\n4 5\n"), 2), 1);
+    EXPECT_EQ(list.steinInfo.rowCount(), 1);
+    EXPECT_EQ(list.steinInfo.value(0, 1), 5.0);
+}
+
+TEST_F(SteinImport, Messages) {
+    FactorList list;
+    list.addFactor(named<Normal>("a"));
+    list.addFactor(named<Normal>("b"));
+
+    EXPECT_EQ(list.importStein(dir_.file("missing.txt"), 2), 0);
+    EXPECT_EQ(list.errorText, kNoFactors);
+    list.errorText.clear();
+    EXPECT_EQ(list.importStein(file("0\n2\na\nb\n"), 2), 0);
+    EXPECT_EQ(list.errorText, kNoFactors);
+    list.errorText.clear();
+    EXPECT_EQ(list.importStein(file("rows\n"), 2), 0);
+    EXPECT_EQ(list.errorText, kNoFactors);
+    list.errorText.clear();
+    EXPECT_EQ(list.importStein(file("2\n-1\n"), 2), 0);
+    EXPECT_EQ(list.errorText, kNoFactors);
+
+    EXPECT_EQ(list.importStein(file("2\n3\na\nb\nc\n1 2 3\n4 5 6\n"), 2), 0);
+    EXPECT_EQ(list.errorText, kCount);
+    EXPECT_EQ(list.factorCount(), 2);
+    EXPECT_EQ(list.correlationMode, 2);
+    EXPECT_FALSE(list.hasStein());
+
+    list.errorText.clear();
+    EXPECT_EQ(list.importStein(file("2\n2\na\n1b\n1 2\n3 4\n"), 2), 0);
+    EXPECT_EQ(list.errorText, kCorrupt);
+    list.errorText.clear();
+    EXPECT_EQ(list.importStein(file("2\n2\na\n\n1 2\n3 4\n"), 2), 0);
+    EXPECT_EQ(list.errorText, kCorrupt);
+    list.errorText.clear();
+    EXPECT_EQ(list.importStein(file("2\n2\na\n_b\n1 2\n3 4\n"), 2), 0);
+    EXPECT_EQ(list.errorText, kCorrupt);
+    list.errorText.clear();
+    EXPECT_EQ(list.importStein(file("2\n2\na\nb\n1 2\n3\n"), 2), 0);
+    EXPECT_EQ(list.errorText, kCorrupt);
+    list.errorText.clear();
+    EXPECT_EQ(list.importStein(file("2\n2\na\nb\n1 2\n3 x\n"), 2), 0);
+    EXPECT_EQ(list.errorText, kCorrupt);
+    list.errorText.clear();
+    EXPECT_EQ(list.importStein(file("2\n2\na\n" + std::string(256, 'n') + "\n1 2\n3 4\n"), 2), 0);
+    EXPECT_EQ(list.errorText, kCorrupt);
+
+    // Mode 0 attaches without comparing the counts.
+    ASSERT_EQ(list.importStein(file("1\n3\na\nb\nc\n1 2 3\n"), 0), 1);
+    EXPECT_EQ(list.correlationMode, 3);
+    EXPECT_EQ(list.steinInfo.columnCount(), 3);
+}
+
+TEST_F(SteinImport, ConstantColumnStopsTheFullImport) {
+    FactorList list;
+    EXPECT_EQ(list.importStein(file("3\n2\nfine\nflat\n1 4\n2 4\n3 4\n"), 1), 0);
+    EXPECT_NE(list.errorText.find("Error loading stein file."), std::string::npos);
+    // The state reached stays: the first column's distribution is built.
+    ASSERT_EQ(list.factorCount(), 2);
+    EXPECT_EQ(uniformAt(list, 0)->count(), 2);
+    // A single row makes no interval either.
+    FactorList single;
+    EXPECT_EQ(single.importStein(file("1\n1\nv\n5\n"), 1), 0);
+}
+
+} // namespace
+} // namespace tarvex
