@@ -27,6 +27,7 @@ bool firstWord(const std::string& line, std::string& word) {
 
 void InternalModel::write(std::ostream& out) {
     errorText_ = "noerror";
+    ClassicNumbers classic(out);
     out << name_ << '\n' << variables_.size() << '\n';
     for (const ModelVariable& v : variables_) {
         out << v.name << '\n' << v.usedBy.size() << '\n';
@@ -43,6 +44,7 @@ void InternalModel::write(std::ostream& out) {
 }
 
 void InternalModel::read(std::istream& in) {
+    ClassicNumbers classic(in);
     clear();
     errorText_ = "Error reading model file";
     // Any failure below leaves a cleared model behind; `message` is the text

@@ -13,6 +13,7 @@
 // value may not be written as "t = <value>".
 #include <cstdio>
 #include <fstream>
+#include <locale>
 #include <sstream>
 #include <unistd.h>
 
@@ -47,6 +48,7 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) {
     clearResults();
     std::ifstream in(outputFile_);
     if (!in) return 0;
+    in.imbue(std::locale::classic());
 
     // On a failure, keep what was read in whole runs: the names, the runs
     // complete in the data file and their times.

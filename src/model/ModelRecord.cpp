@@ -54,6 +54,7 @@ private:
 } // namespace
 
 void ModelConfiguration::write(std::ostream& out) const {
+    ClassicNumbers classic(out);
     DefaultNumberFormat format(out);
     out << executable_ << '\n' << outputFile_ << '\n' << kind_ << '\n' << spreadsheet_ << '\n';
     if (kind_ == kInternal) {
@@ -91,6 +92,7 @@ void ModelConfiguration::write(std::ostream& out) const {
 }
 
 void ModelConfiguration::read(std::istream& in) {
+    ClassicNumbers classic(in);
     internalModel_.reset();
     executable_.clear();
     outputFile_.clear();

@@ -2,7 +2,9 @@
 // Line reads of the engine's text readers, with the two behaviours their
 // formats rely on.
 #include <cstddef>
+#include <ios>
 #include <istream>
+#include <locale>
 #include <string>
 
 namespace tarvex {
@@ -22,5 +24,20 @@ bool takeThrough(std::istream& in, char delimiter, std::size_t limit);
 
 // Skips the rest of the current line, its line end included.
 void finishLine(std::istream& in);
+
+// Numbers in the engine's files are written and read the same way whatever
+// locale the program runs in: the stream is given the classic locale for the
+// life of this object, then its own back.
+class ClassicNumbers {
+public:
+    explicit ClassicNumbers(std::ios_base& stream) : stream_(stream), saved_(stream.imbue(std::locale::classic())) {}
+    ~ClassicNumbers() { stream_.imbue(saved_); }
+    ClassicNumbers(const ClassicNumbers&) = delete;
+    ClassicNumbers& operator=(const ClassicNumbers&) = delete;
+
+private:
+    std::ios_base& stream_;
+    std::locale saved_;
+};
 
 } // namespace tarvex

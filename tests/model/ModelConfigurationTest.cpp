@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <locale>
 #include <sstream>
 
 #include "common/Environment.h"
@@ -364,4 +365,44 @@ TEST(ModelConfiguration, DamagedRecordsFailTheStream) {
     ModelConfiguration c;
     c.read(longPath);
     EXPECT_TRUE(longPath.fail());
+}
+
+namespace {
+// A locale of the kind that breaks numbers in files: decimal comma, and
+// every digit grouped.
+struct CommaPunct : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\1"; }
+};
+} // namespace
+
+TEST(ModelConfiguration, RecordsIgnoreTheStreamsLocale) {
+    ModelConfiguration c;
+    c.setInternalModel(linearModel());
+    sampValues samples;
+    samples.allocate(2);
+    for (int r = 0; r < 12; ++r) {
+        const double row[2] = {r + 0.5, 10.25};
+        samples.addRow(row);
+    }
+    c.prepareInternalRun(12);
+    c.advanceInternalRun(samples, 100.0f);
+    std::ostringstream plain;
+    c.write(plain);
+    std::ostringstream local;
+    const std::locale comma(std::locale::classic(), new CommaPunct);
+    local.imbue(comma);
+    c.write(local);
+    EXPECT_EQ(local.str(), plain.str());
+    EXPECT_NE(plain.str().find("Run 11\n1\nt=0\t21.75\t117.875\t\n"), std::string::npos);
+    EXPECT_EQ(local.getloc().name(), comma.name());
+
+    std::istringstream in("\n" + local.str());
+    in.imbue(comma);
+    ModelConfiguration r;
+    r.read(in);
+    ASSERT_FALSE(in.fail());
+    EXPECT_EQ(r.runCount(), 12);
+    EXPECT_EQ(test::readFile(r.dataFile()), test::readFile(c.dataFile()));
 }
