@@ -71,6 +71,12 @@ ModelProgram::ModelProgram(const std::vector<ModelVariable>& variables, const st
             if (n == kResultName) eq.resultSlot = static_cast<int32_t>(s);
         }
         eq.overflows = distinct.size() > static_cast<std::size_t>(kMaxSymbols);
+        eq.useRegisters = eq.code.translate(eq.body, eq.resultSlot);
+        if (eq.useRegisters) {
+            eq.registers.assign(eq.code.registerCount(), 0.0);
+            eq.code.prepare(eq.registers.data());
+            for (int32_t name : eq.code.inputNames()) eq.inputSource.push_back(eq.source[static_cast<std::size_t>(name)]);
+        }
         maxSlots = std::max(maxSlots, eq.body.names.size());
         maxStack = std::max(maxStack, eq.body.maxStack);
     }
@@ -86,6 +92,31 @@ int ModelProgram::runExact(Equation& eq, double& result) {
     return eq.exact->evaluate(raw_.data(), result);
 }
 
+int ModelProgram::runCompiled(Equation& eq, double& result) {
+    if (eq.overflows) return 1;
+    if (eq.useRegisters) {
+        double* r = eq.registers.data();
+        const std::vector<int32_t>& inputs = eq.code.inputRegisters();
+        for (std::size_t k = 0; k < inputs.size(); ++k) {
+            const int32_t from = eq.inputSource[k];
+            r[inputs[k]] = from < 0 ? 0.0 : rounded_[static_cast<std::size_t>(from)];
+        }
+        return eq.code.run(r, result);
+    }
+    // A body with a failure found while parsing: replayed as it is, which
+    // fails where the text would.
+    double* slots = slots_.data();
+    for (std::size_t s = 0; s < eq.source.size(); ++s) {
+        const int32_t from = eq.source[s];
+        slots[s] = from < 0 ? 0.0 : rounded_[static_cast<std::size_t>(from)];
+    }
+    FixedSymbols symbols{slots};
+    ExprFailure failure;
+    if (runProgram(eq.body, symbols, stack_.data(), failure) != 0) return 1;
+    result = slots[eq.resultSlot];
+    return 0;
+}
+
 int ModelProgram::run(const double* values, std::vector<ModelExpression>& expressions) {
     bool nonFinite = false;
     for (std::size_t j = 0; j < variableCount_; ++j) {
@@ -94,24 +125,11 @@ int ModelProgram::run(const double* values, std::vector<ModelExpression>& expres
         if (!std::isfinite(v)) nonFinite = true;
         else if (needed_[j]) rounded_[j] = boundValue(v);
     }
-    ExprFailure failure;
     for (std::size_t i = 0; i < equations_.size(); ++i) {
         Equation& eq = equations_[i];
         double result = 0.0;
-        if (!plainNames_ || nonFinite) {
-            if (runExact(eq, result) != 0) return 0;
-        } else {
-            if (eq.overflows) return 0;
-            double* slots = slots_.data();
-            const std::size_t count = eq.source.size();
-            for (std::size_t s = 0; s < count; ++s) {
-                const int32_t from = eq.source[s];
-                slots[s] = from < 0 ? 0.0 : rounded_[static_cast<std::size_t>(from)];
-            }
-            FixedSymbols symbols{slots};
-            if (runProgram(eq.body, symbols, stack_.data(), failure) != 0) return 0;
-            result = slots[eq.resultSlot];
-        }
+        const int status = !plainNames_ || nonFinite ? runExact(eq, result) : runCompiled(eq, result);
+        if (status != 0) return 0;
         expressions[i].value = result;
         const std::size_t k = variableCount_ + i;
         raw_[k] = result;

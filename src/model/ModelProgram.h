@@ -12,7 +12,8 @@
 //  - whether the table overflows: bindings and the equation's own names can
 //    only fail by filling it, and a text without jumps touches every name it
 //    holds, so that is a matter of counting distinct names once;
-//  - the equation itself, replayed from its compiled form.
+//  - the equation itself, replayed from its compiled form (as register
+//    code, see RegisterCode.h).
 // Each value is rounded once per row, however many later equations bind it.
 // Rows where a bound value is infinite or NaN (the calculator reads those as
 // the names "inf" and "nan"), and models whose names are no plain calculator
@@ -25,6 +26,7 @@
 #include "factors/ExpressionProgram.h"
 #include "model/ModelExpression.h"
 #include "model/ModelVariable.h"
+#include "model/RegisterCode.h"
 
 namespace tarvex {
 
@@ -40,6 +42,12 @@ public:
 private:
     struct Equation {
         ExprProgram body;
+        // The body as register code, when it translates; its registers and,
+        // per input register, the bound value that fills it (-1: 0.0).
+        bool useRegisters = false;
+        RegisterCode code;
+        std::vector<double> registers;
+        std::vector<int32_t> inputSource;
         // Per body name: the index in the bound values that gives it its
         // value, or -1 for a name no binding gives (it starts at 0.0).
         std::vector<int32_t> source;
@@ -51,7 +59,9 @@ private:
         std::string text;
     };
 
+    // Both return 0 with `result` set, non-zero when the equation fails.
     int runExact(Equation& eq, double& result);
+    int runCompiled(Equation& eq, double& result);
 
     std::size_t variableCount_ = 0;
     bool plainNames_ = true;

@@ -46,25 +46,41 @@ public:
         return numbers[pick(sizeof numbers / sizeof numbers[0])];
     }
 
+    // Texts over every construct of the language: the compiled form turns
+    // them into register code, reuses repeated computations and drops unused
+    // ones, so repeats, discarded statements and assignments of every kind
+    // are generated on purpose.
     std::string text(const std::vector<std::string>& names, int depth = 0) {
-        static const char* binary[] = {"+", "-", "*", "/", "**", "<", ">", "==", "&&", "||"};
+        static const char* binary[] = {"+", "-", "*", "/", "**", "<", "<=", ">", ">=", "==", "!=", "&&", "||"};
+        static const char* assign[] = {" = ", " += ", " -= ", " *= ", " /= "};
         std::string t;
-        switch (depth > 2 ? 0 : pick(7)) {
+        switch (depth > 2 ? 0 : pick(12)) {
         case 1: t = "sin(" + text(names, depth + 1) + ")"; break;
         case 2: t = "(" + text(names, depth + 1) + ")"; break;
         case 3: t = "-" + operand(names); break;
+        case 4: t = "!" + operand(names); break;
         // A division that fails on some rows and not on others.
-        case 4: t = operand(names) + " / (" + operand(names) + " > 0.5)"; break;
-        case 5:
+        case 5: t = operand(names) + " / (" + operand(names) + " > 0.5)"; break;
+        case 6:
             if (!names.empty()) {
-                t = names[pick(names.size())] + " = " + text(names, depth + 1);
+                t = names[pick(names.size())] + assign[pick(5)] + text(names, depth + 1);
                 break;
             }
             [[fallthrough]];
+        case 7: {
+            const std::string e = text(names, depth + 1);
+            t = "(" + e + ") * (" + e + ") + sqrt(" + e + ")";
+            break;
+        }
+        case 8: t = (pick(2) ? "atan2(" : "fmod(") + text(names, depth + 1) + ", " + operand(names) + ")"; break;
+        case 9: t = operand(names) + " ? " + text(names, depth + 1) + " : " + operand(names); break;
+        case 10: t = "log(" + operand(names) + ") + exp(" + operand(names) + ")"; break;
         default: t = operand(names);
         }
         const uint64_t terms = depth > 2 ? 0 : pick(3);
-        for (uint64_t i = 0; i < terms; ++i) t += std::string(" ") + binary[pick(10)] + " " + operand(names);
+        for (uint64_t i = 0; i < terms; ++i) t += std::string(" ") + binary[pick(13)] + " " + operand(names);
+        // A second statement: its value is dropped, its division check is not.
+        if (depth == 0 && chance(0.15)) t += "; " + text(names, 1);
         return t;
     }
 
