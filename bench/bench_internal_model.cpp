@@ -1,6 +1,7 @@
 // Rows per second of the Ishigami function written as an internal model
 // (three variables, one output) over 100,000 sample rows: the text form
-// (every equation built and parsed for every row) against the compiled form.
+// (every equation built and parsed for every row) against the compiled form
+// (values rounded once per row, equations run as register code).
 // The pieces of the compiled row are timed apart to show where its time goes:
 // the "%g" rounding of the three inputs, and the replay of the equation.
 #include <benchmark/benchmark.h>
@@ -10,6 +11,8 @@
 #include <vector>
 
 #include "model/InternalModel.h"
+#include "model/ModelConfiguration.h"
+#include "sampling/sampValues.h"
 #include "model/BoundValue.h"
 
 namespace {
@@ -67,6 +70,25 @@ void BM_IshigamiCompiledForm(benchmark::State& state) {
     report(state);
 }
 BENCHMARK(BM_IshigamiCompiledForm)->Unit(benchmark::kMillisecond);
+
+// A whole internal run as the run controller makes it: rows fetched from the
+// sample store, results appended to the configuration's data file, one
+// percent per call.
+void BM_IshigamiInternalRun(benchmark::State& state) {
+    tarvex::sampValues samples;
+    samples.allocate(3);
+    const std::vector<double>& v = rows();
+    for (int r = 0; r < kRows; ++r) samples.addRow(v.data() + 3 * r);
+    tarvex::ModelConfiguration config;
+    config.setInternalModel(std::make_unique<InternalModel>(ishigami()));
+    for (auto _ : state) {
+        config.prepareInternalRun(kRows);
+        float target = 1.0f;
+        while (config.advanceInternalRun(samples, target) < 100) target += 1.0f;
+    }
+    report(state);
+}
+BENCHMARK(BM_IshigamiInternalRun)->Unit(benchmark::kMillisecond);
 
 // The rounding of every input through its "%g" text, alone.
 void BM_IshigamiInputRoundingOnly(benchmark::State& state) {
