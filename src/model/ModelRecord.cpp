@@ -120,6 +120,7 @@ void ModelConfiguration::read(std::istream& in) {
     finishLine(in);
     for (int32_t k = 0; k < outputs; ++k) {
         if (!std::getline(in, line)) return;
+        if (!line.empty() && line.back() == '\r') line.pop_back();
         outputNames_.push_back(cutName(line, kNameKept));
     }
     if (!(in >> timeMode_)) return;

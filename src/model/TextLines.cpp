@@ -9,6 +9,8 @@ bool readBoundedLine(std::istream& in, std::string& line, std::size_t bufferSize
     std::vector<char> buffer(bufferSize + 1, '\0');
     in.getline(buffer.data(), static_cast<std::streamsize>(bufferSize));
     line.assign(buffer.data());
+    // Files that went through Windows end their lines with "\r\n".
+    if (!line.empty() && line.back() == '\r') line.pop_back();
     return !in.fail();
 }
 

@@ -205,3 +205,15 @@ TEST(InternalModelFile, EveryCutAndRandomDamageIsHandled) {
         }
     }
 }
+
+TEST(InternalModelFile, WindowsLineEndsAreRead) {
+    InternalModel m = sampleModel();
+    std::string t = text(m);
+    std::string crlf;
+    for (char c : t) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    std::istringstream in(crlf);
+    InternalModel r;
+    r.read(in);
+    ASSERT_FALSE(in.fail());
+    expectSameModel(m, r);
+}

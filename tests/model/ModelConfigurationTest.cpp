@@ -406,3 +406,16 @@ TEST(ModelConfiguration, RecordsIgnoreTheStreamsLocale) {
     EXPECT_EQ(r.runCount(), 12);
     EXPECT_EQ(test::readFile(r.dataFile()), test::readFile(c.dataFile()));
 }
+
+TEST(ModelConfiguration, RecordWithWindowsLineEnds) {
+    std::istringstream in("\r\nexe\r\nout.txt\r\n1\r\n0\r\n1\r\n1\r\nname\r\n0\r\nRun 0\r\n1\r\nt=0\t4.5\t\r\n\r\n\r\n");
+    ModelConfiguration c;
+    c.read(in);
+    ASSERT_FALSE(in.fail());
+    EXPECT_EQ(c.executable(), "exe");
+    EXPECT_EQ(c.outputFile(), "out.txt");
+    EXPECT_EQ(c.outputNames(), (std::vector<std::string>{"name"}));
+    std::vector<double> run;
+    ASSERT_EQ(c.readRun(0, run), 1);
+    EXPECT_EQ(run, (std::vector<double>{4.5}));
+}
