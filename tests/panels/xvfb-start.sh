@@ -20,7 +20,7 @@ rm -f "$out"
 # Our own server, started with -displayfd: it picks a free display and writes the
 # number only once it accepts connections. xvfb-run's choice of display and its
 # readiness signal race when the machine is loaded or another server is starting.
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" 2>"$work/xvfb.log" &
+Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp -noreset 3>"$work/display" 2>"$work/xvfb.log" &
 xvfb_pid=$!
 trap 'kill "$xvfb_pid" 2>/dev/null; wait "$xvfb_pid" 2>/dev/null; rm -rf "$work"' EXIT
 for _ in $(seq 300); do
