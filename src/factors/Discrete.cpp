@@ -87,25 +87,12 @@ int Discrete::addPoint(std::unique_ptr<Interval> point) {
 
 // Count on the data line, then one line per point: value (left), right, weight.
 void Discrete::writeData(std::ostream& out) const {
-    out << '\t' << intervals.count() << '\n';
-    for (const auto& p : intervals.items) out << p->left << '\t' << p->right << '\t' << p->weight << '\n';
+    intervals.write(out);
 }
 
 // The points are taken as they stand: no test of weights, order or values.
 int Discrete::readData(std::istream& in) {
-    intervals.clear();
-    int32_t n = 0;
-    if (!(in >> n)) return 0;
-    if (n < 1) {
-        in.setstate(std::ios::failbit);
-        return 0;
-    }
-    for (int32_t k = 0; k < n; ++k) {
-        auto point = std::make_unique<Interval>();
-        if (!(in >> point->left >> point->right >> point->weight)) return 0;
-        intervals.append(std::move(point));
-    }
-    return 1;
+    return intervals.read(in, [] { return std::make_unique<Interval>(); });
 }
 
 } // namespace tarvex

@@ -91,25 +91,12 @@ std::unique_ptr<Interval> Uniform::newInterval() const {
 
 // Count on the data line, then one line per interval: left, right, weight.
 void Uniform::writeData(std::ostream& out) const {
-    out << '\t' << intervals.count() << '\n';
-    for (const auto& iv : intervals.items) out << iv->left << '\t' << iv->right << '\t' << iv->weight << '\n';
+    intervals.write(out);
 }
 
 // The intervals are taken as they stand: no test of weights, order or bounds.
 int Uniform::readData(std::istream& in) {
-    intervals.clear();
-    int32_t n = 0;
-    if (!(in >> n)) return 0;
-    if (n < 1) {
-        in.setstate(std::ios::failbit);
-        return 0;
-    }
-    for (int32_t k = 0; k < n; ++k) {
-        std::unique_ptr<Interval> iv = newInterval();
-        if (!(in >> iv->left >> iv->right >> iv->weight)) return 0;
-        intervals.append(std::move(iv));
-    }
-    return 1;
+    return intervals.read(in, [this] { return newInterval(); });
 }
 
 } // namespace tarvex

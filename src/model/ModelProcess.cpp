@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <thread>
@@ -33,12 +34,20 @@ int ModelProcess::start(const std::string& executable, const std::string& sample
     posix_spawn_file_actions_init(&actions);
     if (!workingDirectory.empty()) posix_spawn_file_actions_addchdir_np(&actions, workingDirectory.c_str());
 
+    // The child changes its directory before it loads the model, so a path
+    // typed relative to ours must be made absolute first.
+    std::string program = executable;
+    if (!program.empty() && program[0] != '/') {
+        std::error_code ec;
+        const std::filesystem::path here = std::filesystem::current_path(ec);
+        if (!ec) program = (here / program).string();
+    }
     std::vector<char*> argv{const_cast<char*>(executable.c_str()), const_cast<char*>(sampleFile.c_str()),
                             nullptr};
     pid_t child = -1;
     // glibc's posix_spawn reports a failed chdir or exec as its own result, so
     // a model that can't be loaded is known here, not at the first poll.
-    int err = posix_spawn(&child, executable.c_str(), &actions, nullptr, argv.data(), environ);
+    int err = posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (err != 0) {
         char buffer[64];

@@ -37,12 +37,30 @@ std::string envValue(const char* name) {
     return v ? v : "";
 }
 
+// An X server whose last client leaves resets itself and refuses connections
+// meanwhile. The probe therefore stays connected until Qt holds its own
+// connection; otherwise Qt could arrive in that gap and abort the program.
+xcb_connection_t*& heldProbe() {
+    static xcb_connection_t* connection = nullptr;
+    return connection;
+}
+
+void releaseProbe() {
+    if (heldProbe()) xcb_disconnect(heldProbe());
+    heldProbe() = nullptr;
+}
+
 bool x11Reachable(const std::string& displayName) {
+    releaseProbe();
     if (displayName.empty() && envValue("DISPLAY").empty()) return false;
     int screen = 0;
     xcb_connection_t* c = xcb_connect(displayName.empty() ? nullptr : displayName.c_str(), &screen);
     const bool ok = c && xcb_connection_has_error(c) == 0;
-    if (c) xcb_disconnect(c);
+    if (ok) {
+        heldProbe() = c;
+    } else if (c) {
+        xcb_disconnect(c);
+    }
     return ok;
 }
 
@@ -90,6 +108,7 @@ TarvexApplication::TarvexApplication(const char* name, const char* displayName, 
     if (!displayAvailable(argc, argv)) return;
     QCoreApplication::setApplicationName(QString::fromStdString(name_));
     qt_ = std::make_unique<QApplication>(argc, argv);
+    releaseProbe();
     // Qt sets the whole locale from the environment; numbers in files and texts are
     // written and read with '.' whatever the user's language.
     std::setlocale(LC_NUMERIC, "C");

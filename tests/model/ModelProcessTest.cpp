@@ -101,3 +101,16 @@ TEST(ModelProcess, DestroyingARunningProcessKillsIt) {
     }
     EXPECT_EQ(kill(pid, 0), -1);
 }
+
+TEST(ModelProcess, RelativeExecutableIsFoundFromOurDirectory) {
+    ScratchDir dir;
+    ScratchDir work;
+    script(dir, "rel.sh", "echo ran > marker.txt\n");
+    tarvex::test::CurrentDirGuard here(dir.path());
+    ModelProcess p(kFast);
+    // The model runs in `work`, but its path is relative to where we stand.
+    ASSERT_EQ(p.start("./rel.sh", "s.sam", work.path().string()), 1) << p.errorText();
+    EXPECT_EQ(p.runUntilDone({}), ModelProcess::Outcome::Finished);
+    EXPECT_EQ(p.exitCode(), 0);
+    EXPECT_EQ(tarvex::test::readFile(work.file("marker.txt")), "ran\n");
+}

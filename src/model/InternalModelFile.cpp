@@ -1,0 +1,123 @@
+// The .imd text form of the internal model.
+#include <fstream>
+#include <sstream>
+
+#include "model/InternalModel.h"
+#include "model/NameCharacters.h"
+#include "model/TextLines.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::size_t kLineBuffer = 4096;
+
+// Characters the reader refuses in a variable's name, and at its start also
+// the digits. Stricter than the editor's rule: it refuses the underscore.
+constexpr std::string_view kVariableStartRefused = "0123456789|\\!\"£$%&/()=?'^ìèé[]+*çò@à°#ù§;,:._- ";
+constexpr std::string_view kVariableRefused = "|\\!\"£$%&/()=?'^ìèé[]+*çò@à°#ù§;,:._- ";
+
+// The first white-space delimited word of a line; false when there is none.
+bool firstWord(const std::string& line, std::string& word) {
+    std::istringstream s(line);
+    return static_cast<bool>(s >> word);
+}
+
+} // namespace
+
+void InternalModel::write(std::ostream& out) {
+    errorText_ = "noerror";
+    ClassicNumbers classic(out);
+    out << name_ << '\n' << variables_.size() << '\n';
+    for (const ModelVariable& v : variables_) {
+        out << v.name << '\n' << v.usedBy.size() << '\n';
+        if (!v.usedBy.empty()) {
+            for (int32_t index : v.usedBy) out << index << '\t';
+            out << '\n';
+        }
+    }
+    if (variables_.empty()) out << '\n';
+    out << expressions_.size() << '\n';
+    for (const ModelExpression& e : expressions_)
+        out << e.name << '\n' << e.text << '\n' << e.type << '\n' << e.usedBy.size() << '\n';
+    out << fileName_ << '\n';
+}
+
+void InternalModel::read(std::istream& in) {
+    ClassicNumbers classic(in);
+    clear();
+    errorText_ = "Error reading model file";
+    // Any failure below leaves a cleared model behind; `message` is the text
+    // it reports.
+    auto failWith = [&](const char* message) {
+        clear();
+        errorText_ = message;
+        in.setstate(std::ios::failbit);
+    };
+    const char* const kReadError = "Error reading model file";
+
+    std::string line;
+    std::string word;
+    if (!readBoundedLine(in, line, kLineBuffer) || !firstWord(line, word)) return failWith(kReadError);
+    setName(word);
+
+    long variableCount = 0;
+    if (!(in >> variableCount)) return failWith(kReadError);
+    finishLine(in);
+    for (long j = 0; j < variableCount; ++j) {
+        if (!readBoundedLine(in, line, kLineBuffer) || !firstWord(line, word)) return failWith(kReadError);
+        if (startsWithCharacterOf(word, kVariableStartRefused) || containsCharacterOf(word, kVariableRefused))
+            return failWith(kReadError);
+        if (!addVariable(word)) return failWith(kReadError);
+        long used = 0;
+        if (!(in >> used)) return failWith(kReadError);
+        // The stored lists are not trusted: adding the expressions rebuilds them.
+        for (long k = 0; k < used; ++k) {
+            long dropped = 0;
+            if (!(in >> dropped)) return failWith(kReadError);
+        }
+        finishLine(in);
+    }
+    if (variableCount == 0) finishLine(in);
+
+    long expressionCount = 0;
+    if (!(in >> expressionCount)) return failWith(kReadError);
+    if (expressionCount < 0) return failWith("Error reading number of outputs variables!");
+    if (expressionCount > kMaxReadExpressions)
+        return failWith("Too much model outputs variables found: max output var = 500");
+    finishLine(in);
+    for (long i = 0; i < expressionCount; ++i) {
+        std::string name;
+        std::string text;
+        if (!readBoundedLine(in, name, kLineBuffer) || !readBoundedLine(in, text, kLineBuffer)) return failWith(kReadError);
+        int16_t type = 0;
+        long used = 0;
+        if (!(in >> type >> used)) return failWith(kReadError);
+        if (!addExpression(static_cast<int>(i), name, text, type)) return failWith("Error in adding an expression");
+        finishLine(in);
+    }
+    if (!readBoundedLine(in, line, kLineBuffer)) return failWith(kReadError);
+    setFileName(line);
+    errorText_.clear();
+}
+
+int InternalModel::writeFile(const std::string& path) {
+    std::ofstream out(path, std::ios::out | std::ios::trunc);
+    if (!out) return fail("Error writing model file");
+    write(out);
+    out.flush();
+    if (!out) return fail("Error writing model file");
+    return 1;
+}
+
+int InternalModel::readFile(const std::string& path) {
+    std::ifstream in(path);
+    if (!in) {
+        clear();
+        return fail("Error reading model file");
+    }
+    read(in);
+    return in.fail() ? 0 : 1;
+}
+
+} // namespace tarvex

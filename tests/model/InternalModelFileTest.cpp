@@ -1,0 +1,219 @@
+#include "model/InternalModel.h"
+
+#include <TestSupport.h>
+#include <gtest/gtest.h>
+
+#include <random>
+#include <sstream>
+
+using namespace tarvex;
+
+namespace {
+
+InternalModel sampleModel() {
+    InternalModel m;
+    m.setName("ishigami");
+    m.setFileName("/models/ishigami.imd");
+    m.addVariable("x1");
+    m.addVariable("x2");
+    m.addVariable("x3");
+    m.addExpression(0, "s1", "sin(x1)", 0);
+    m.addExpression(1, "y", "s1 + 7 * sin(x2) ** 2 + 0.1 * x3 ** 4 * s1", 1);
+    m.addExpression(2, "y2", "x1*x1", 1);
+    return m;
+}
+
+std::string text(InternalModel& m) {
+    std::ostringstream out;
+    m.write(out);
+    return out.str();
+}
+
+void expectSameModel(const InternalModel& a, const InternalModel& b) {
+    EXPECT_EQ(a.name(), b.name());
+    EXPECT_EQ(a.fileName(), b.fileName());
+    ASSERT_EQ(a.numVariables(), b.numVariables());
+    for (int j = 0; j < a.numVariables(); ++j) {
+        EXPECT_EQ(a.variables()[j].name, b.variables()[j].name);
+        EXPECT_EQ(a.variables()[j].usedBy, b.variables()[j].usedBy);
+    }
+    ASSERT_EQ(a.numExpressions(), b.numExpressions());
+    for (int i = 0; i < a.numExpressions(); ++i) {
+        EXPECT_EQ(a.expressions()[i].name, b.expressions()[i].name);
+        EXPECT_EQ(a.expressions()[i].text, b.expressions()[i].text);
+        EXPECT_EQ(a.expressions()[i].type, b.expressions()[i].type);
+        EXPECT_EQ(a.expressions()[i].usedBy, b.expressions()[i].usedBy);
+    }
+}
+
+void expectCleared(const InternalModel& m) {
+    EXPECT_EQ(m.numVariables(), 0);
+    EXPECT_EQ(m.numExpressions(), 0);
+    EXPECT_EQ(m.name(), "noname");
+}
+
+} // namespace
+
+TEST(InternalModelFile, WrittenLineByLine) {
+    InternalModel m = sampleModel();
+    m.addVariable("unused");
+    EXPECT_EQ(text(m),
+              "ishigami\n4\n"
+              "x1\n2\n0\t2\t\n"
+              "x2\n1\n1\t\n"
+              "x3\n1\n1\t\n"
+              "unused\n0\n"
+              "3\n"
+              "s1\nsin(x1)\n0\n1\n"
+              "y\ns1 + 7 * sin(x2) ** 2 + 0.1 * x3 ** 4 * s1\n1\n0\n"
+              "y2\nx1*x1\n1\n0\n"
+              "/models/ishigami.imd\n");
+    EXPECT_EQ(m.errorText(), "noerror");
+}
+
+TEST(InternalModelFile, RoundTripRebuildsUsedBy) {
+    InternalModel m = sampleModel();
+    std::string t = text(m);
+    // Stored lists are not trusted: spoil them and read the rebuilt ones.
+    const std::string spoiled = "x1\n2\n0\t2\t\n";
+    t.replace(t.find(spoiled), spoiled.size(), "x1\n3\n7\t8\t9\t\n");
+    std::istringstream in(t);
+    InternalModel r;
+    r.read(in);
+    ASSERT_FALSE(in.fail());
+    EXPECT_EQ(r.errorText(), "");
+    expectSameModel(m, r);
+
+    // Through a file as well.
+    test::ScratchDir dir;
+    ASSERT_EQ(m.writeFile(dir.file("m.imd")), 1);
+    InternalModel f;
+    ASSERT_EQ(f.readFile(dir.file("m.imd")), 1);
+    expectSameModel(m, f);
+    EXPECT_EQ(f.readFile(dir.file("missing.imd")), 0);
+    EXPECT_EQ(f.errorText(), "Error reading model file");
+    expectCleared(f);
+}
+
+TEST(InternalModelFile, EmptyListsAndTheFirstWordOfTheName) {
+    InternalModel m;
+    m.setName("empty");
+    EXPECT_EQ(text(m), "empty\n0\n\n0\nnofile\n");
+    std::istringstream in("my model\n0\n\n0\n/a/b.imd\n");
+    InternalModel r;
+    r.read(in);
+    ASSERT_FALSE(in.fail());
+    EXPECT_EQ(r.name(), "my");
+    EXPECT_EQ(r.fileName(), "/a/b.imd");
+    EXPECT_EQ(r.errorText(), "");
+
+    // Variables but no expressions: the file name line follows the count.
+    std::istringstream v("m\n1\na\n0\n0\nf.imd");
+    r.read(v);
+    ASSERT_FALSE(v.fail());
+    EXPECT_EQ(r.numVariables(), 1);
+    EXPECT_EQ(r.fileName(), "f.imd");
+}
+
+TEST(InternalModelFile, FiveHundredExpressionsAreWrittenButNotRead) {
+    InternalModel m;
+    m.addVariable("x");
+    for (int i = 0; i < 500; ++i) ASSERT_EQ(m.addExpression(0, "e" + std::to_string(i), "x", 1), 1);
+    std::istringstream in(text(m));
+    InternalModel r;
+    r.read(in);
+    EXPECT_TRUE(in.fail());
+    EXPECT_EQ(r.errorText(), "Too much model outputs variables found: max output var = 500");
+    expectCleared(r);
+
+    ASSERT_EQ(m.removeExpression(0), 1);
+    std::istringstream again(text(m));
+    r.read(again);
+    EXPECT_FALSE(again.fail());
+    EXPECT_EQ(r.numExpressions(), 499);
+}
+
+TEST(InternalModelFile, DamagedFilesClearTheModel) {
+    struct Case {
+        const char* text;
+        const char* error;
+    };
+    const Case cases[] = {
+        {"", "Error reading model file"},
+        {"\n0\n\n0\nf\n", "Error reading model file"},                       // empty name
+        {"m\nx\n", "Error reading model file"},                                // count not a number
+        {"m\n1\n\n0\n0\nf\n", "Error reading model file"},                     // empty variable name
+        {"m\n1\na_b\n0\n0\nf\n", "Error reading model file"},                   // underscore refused
+        {"m\n1\n2a\n0\n0\nf\n", "Error reading model file"},                    // digit first
+        {"m\n1\naé\n0\n0\nf\n", "Error reading model file"},                    // accented letter
+        {"m\n2\na\n0\na\n0\n0\nf\n", "Error reading model file"},               // twice the same
+        {"m\n1\na\n2\n1\t\n0\nf\n", "Error reading model file"},                // fewer indices
+        {"m\n1\na\n0\n-1\nf\n", "Error reading number of outputs variables!"},
+        {"m\n1\na\n0\n500\nf\n", "Too much model outputs variables found: max output var = 500"},
+        {"m\n1\na\n0\n1\ny\nb + 1\n1\n0\nf\n", "Error in adding an expression"},  // unknown b
+        {"m\n1\na\n0\n1\ny\na +\n1\n0\nf\n", "Error in adding an expression"},
+        {"m\n1\na\n0\n1\ny\na\nx\n0\nf\n", "Error reading model file"},          // type not a number
+        {"m\n1\na\n0\n2\ny\na\n1\n0\n", "Error reading model file"},             // early end
+        {"m\n1\na\n0\n1\ny\na\n1\n0\n", "Error reading model file"},             // no file name line
+    };
+    for (const Case& c : cases) {
+        std::istringstream in(c.text);
+        InternalModel r = sampleModel();
+        r.read(in);
+        EXPECT_TRUE(in.fail()) << c.text;
+        EXPECT_EQ(r.errorText(), c.error) << c.text;
+        expectCleared(r);
+    }
+    // A line beyond the reader's 4096 characters.
+    std::istringstream longName(std::string(5000, 'n') + "\n0\n\n0\nf\n");
+    InternalModel r;
+    r.read(longName);
+    EXPECT_TRUE(longName.fail());
+    EXPECT_EQ(r.errorText(), "Error reading model file");
+}
+
+TEST(InternalModelFile, EveryCutAndRandomDamageIsHandled) {
+    InternalModel m = sampleModel();
+    const std::string good = text(m);
+    const std::size_t lastLine = good.rfind('\n', good.size() - 2) + 1;
+    for (std::size_t cut = 0; cut < good.size(); ++cut) {
+        std::istringstream in(good.substr(0, cut));
+        InternalModel r;
+        r.read(in);
+        if (cut <= lastLine) {
+            // Everything before the file name line is needed.
+            EXPECT_TRUE(in.fail()) << cut;
+            EXPECT_EQ(r.errorText(), "Error reading model file") << cut;
+            expectCleared(r);
+        } else {
+            EXPECT_FALSE(in.fail()) << cut;
+            EXPECT_EQ(r.errorText(), "");
+        }
+    }
+    std::mt19937 rng(5);
+    for (int n = 0; n < 3000; ++n) {
+        std::string damaged = good;
+        for (int k = 0; k < 3; ++k) damaged[rng() % damaged.size()] = static_cast<char>(rng() % 256);
+        std::istringstream in(damaged);
+        InternalModel r;
+        r.read(in);
+        if (in.fail()) {
+            expectCleared(r);
+            EXPECT_FALSE(r.errorText().empty());
+        } else {
+            EXPECT_EQ(r.errorText(), "");
+        }
+    }
+}
+
+TEST(InternalModelFile, WindowsLineEndsAreRead) {
+    InternalModel m = sampleModel();
+    std::string t = text(m);
+    std::string crlf;
+    for (char c : t) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    std::istringstream in(crlf);
+    InternalModel r;
+    r.read(in);
+    ASSERT_FALSE(in.fail());
+    expectSameModel(m, r);
+}
