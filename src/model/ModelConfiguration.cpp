@@ -3,7 +3,7 @@
 #include <unistd.h>
 
 #include "model/DataStream.h"
-#include "sampling/WorkingFile.h"
+#include "common/WorkingFile.h"
 #include "sampling/sampValues.h"
 
 namespace tarvex {
