@@ -169,6 +169,7 @@ TEST(PrepConfiguration, SampleFileRoundTripIsByteIdentical) {
     PrepConfiguration assigned;
     assigned = copy;
     EXPECT_EQ(recordOf(assigned), first);
+    Environment::instance().directories().clear(RememberedDirectories::Prep);
 }
 
 TEST(PrepConfiguration, BadSampleFilesLeaveTheConfigurationAsItWas) {
@@ -182,6 +183,15 @@ TEST(PrepConfiguration, BadSampleFilesLeaveTheConfigurationAsItWas) {
     ASSERT_EQ(config.writeSampleFile(dir.file("good.sam")), 1);
     const std::string good = readFile(dir.file("good.sam"));
     const std::string before = recordOf(config);
+    {
+        // The Random section reads back too.
+        PrepConfiguration back;
+        ASSERT_EQ(back.readSampleFile(dir.file("good.sam")), 1);
+        ASSERT_TRUE(back.sampler);
+        EXPECT_EQ(back.sampler->methodName, "Random");
+        EXPECT_EQ(back.sampler->numSamples, 6);
+        EXPECT_EQ(recordOf(back), good);
+    }
 
     std::vector<std::pair<std::string, std::string>> bad;
     bad.emplace_back("truncated", good.substr(0, good.size() / 2));
