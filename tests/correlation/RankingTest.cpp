@@ -1,6 +1,8 @@
 // Sorting and ranking against plain counting.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "common/UniformRandom.h"
@@ -31,6 +33,24 @@ TEST(Ranking, RanksAreStablePermutationsAtEverySize) {
         rankPositions(v.data(), n, ranks.data());
         EXPECT_EQ(ranks, countedRanks(v)) << n;
     }
+}
+
+TEST(Ranking, LargeColumnsMatchAStableComparisonSort) {
+    int32_t state = -4242;
+    const int32_t n = 200000;
+    std::vector<double> v(static_cast<size_t>(n));
+    // Many ties, both zeros, wide exponents.
+    for (auto& x : v) {
+        const double u = uniformRandom(&state);
+        x = u < 0.1 ? 0.0 : u < 0.2 ? -0.0 : std::ldexp(double(int(u * 1000)) - 500.0, int(u * 40) - 20);
+    }
+    std::vector<int32_t> order(static_cast<size_t>(n));
+    for (int32_t i = 0; i < n; ++i) order[size_t(i)] = i;
+    std::stable_sort(order.begin(), order.end(), [&](int32_t a, int32_t b) { return v[size_t(a)] < v[size_t(b)]; });
+    std::vector<int32_t> expected(static_cast<size_t>(n)), ranks(static_cast<size_t>(n));
+    for (int32_t p = 0; p < n; ++p) expected[size_t(order[size_t(p)])] = p;
+    rankPositions(v.data(), n, ranks.data());
+    EXPECT_EQ(ranks, expected);
 }
 
 TEST(Ranking, SortAscendingOnSortedAndReversedColumns) {
