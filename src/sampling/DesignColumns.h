@@ -19,8 +19,9 @@ int writeColumn(sampValues& store, int32_t column, const std::vector<double>& va
 
 // The rank table of a correlated design: Iman-Conover for correlation mode 1,
 // the Stein sample's ranks for mode 3. A table that failed, or a column it
-// does not hold, leaves that column in the order it has: a rank of 0 for
-// every row would collapse the column onto its smallest value.
+// does not hold, is not usable, and the sampler makes that column as it
+// would without correlation: asking the table anyway would give rank 0 for
+// every row and collapse the column onto its smallest value.
 class RankTable {
 public:
     RankTable();

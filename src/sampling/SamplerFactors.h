@@ -7,8 +7,14 @@
 
 namespace tarvex {
 
-// A factor with a distribution: everything but constants and relations.
-inline bool isStochastic(const FactorList& list, int f) { return list.isCorrelatable(f) == 1; }
+// A factor with a distribution: everything but constants and relations (the
+// list's isCorrelatable by type code, without comparing type names per cell).
+inline bool isStochastic(const FactorList& list, int f) {
+    const Factor* factor = list.getFactor(f);
+    if (factor == nullptr) return false;
+    const int type = factor->getType();
+    return type != kConstant && type != kRelation;
+}
 
 inline bool isConstantFactor(const FactorList& list, int f) {
     const Factor* factor = list.getFactor(f);
