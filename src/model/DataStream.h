@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 namespace tarvex {
 
@@ -29,9 +30,8 @@ public:
     // Closes the file; false when it was not open or buffered data could not be written.
     bool close() {
         if (!file_) return false;
-        const bool ok = std::fclose(file_) == 0;
-        file_ = nullptr;
-        return ok;
+        std::FILE* closing = std::exchange(file_, nullptr);
+        return std::fclose(closing) == 0;
     }
 
 private:
