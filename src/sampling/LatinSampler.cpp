@@ -33,20 +33,11 @@ float LatinSampler::fail(const sampValues& store) {
 }
 
 float LatinSampler::generate(float targetPercent, sampValues& store, FactorList& factors) {
-    numFactors = factors.factorCount();
-    if (numSamples <= 0) {
-        errorText = kNoSamplesText;
-        return -1.0f;
-    }
-    if (numFactors == 0) {
+    const int open = openGeneration(phase == 0 && factorPosition == 0 && sampleIndex == 0, store, factors);
+    if (open < 0) return -1.0f;
+    if (open == 0) {
         phase = 3;
-        progress = 50.0f;
         return progress;
-    }
-    if (phase == 0 && factorPosition == 0 && sampleIndex == 0 &&
-        (store.rowCount() != 0 || store.columnCount() != numFactors)) {
-        // A generation starts from an empty store.
-        if (!store.clear() || !store.allocate(numFactors)) return fail(store);
     }
     int32_t stochastic = 0;
     for (int f = 0; f < numFactors; ++f) stochastic += isStochastic(factors, f) ? 1 : 0;

@@ -26,23 +26,11 @@ void RandomSampler::reset() {
 }
 
 float RandomSampler::generate(float targetPercent, sampValues& store, FactorList& factors) {
-    numFactors = factors.factorCount();
-    if (numSamples <= 0) {
-        errorText = kNoSamplesText;
-        return -1.0f;
-    }
-    if (numFactors == 0) {
+    const int open = openGeneration(phase_ == 0 && factorPosition == 0 && sampleIndex == 0, store, factors);
+    if (open < 0) return -1.0f;
+    if (open == 0) {
         phase_ = 2;
-        progress = 50.0f;
         return progress;
-    }
-    if (phase_ == 0 && factorPosition == 0 && sampleIndex == 0 &&
-        (store.rowCount() != 0 || store.columnCount() != numFactors)) {
-        // A generation starts from an empty store.
-        if (!store.clear() || !store.allocate(numFactors)) {
-            errorText = store.errorText();
-            return -1.0f;
-        }
     }
     const bool imanConover = factors.correlationMode == kImanConoverCorrelation;
     if (phase_ == 0) {

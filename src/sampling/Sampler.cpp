@@ -7,6 +7,8 @@
 
 #include "sampling/LatinSampler.h"
 #include "sampling/RandomSampler.h"
+#include "sampling/sampValues.h"
+#include "correlation/FactorList.h"
 
 namespace tarvex {
 
@@ -110,6 +112,25 @@ float Sampler::phasePercent(int64_t done, int64_t total, float from, float span)
     const float end = from + span;
     const float p = float(done) / float(total) * span + from;
     return p < end ? p : std::nextafter(end, from);
+}
+
+int Sampler::openGeneration(bool atFirstCell, sampValues& store, const FactorList& factors) {
+    numFactors = factors.factorCount();
+    if (numSamples <= 0) {
+        errorText = kNoSamplesText;
+        return -1;
+    }
+    if (numFactors == 0) {
+        progress = 50.0f;
+        return 0;
+    }
+    if (atFirstCell && (store.rowCount() != 0 || store.columnCount() != numFactors)) {
+        if (!store.clear() || !store.allocate(numFactors)) {
+            errorText = store.errorText();
+            return -1;
+        }
+    }
+    return 1;
 }
 
 }  // namespace tarvex

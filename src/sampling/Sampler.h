@@ -97,6 +97,12 @@ protected:
     // Percent of a phase: `done` of `total` cells mapped onto [from, from + span],
     // kept strictly below the phase's end until the last cell is done.
     static float phasePercent(int64_t done, int64_t total, float from, float span);
+
+    // The checks that open every generate(): samples to draw, factors to draw
+    // them for and, at the first cell of a generation, a store emptied to the
+    // list's width. Returns 1 to go on; 0 when the list has no factor (progress
+    // is then 50 and the method is done); -1 with errorText set on failure.
+    int openGeneration(bool atFirstCell, sampValues& store, const FactorList& factors);
 };
 
 }  // namespace tarvex
