@@ -80,17 +80,7 @@ int LatinSampler::stratify(float target, sampValues& store, FactorList& factors,
             value = constantValue(factors, f);
             write = true;
         }
-        if (factorPosition == 0) {
-            scratch_.assign(size_t(numFactors), 0.0);
-            if (write) scratch_[size_t(f)] = value;
-            if (!store.addRow(scratch_.data())) return 0;
-        } else if (write && !store.setColumnValue(sampleIndex, f, value)) {
-            return 0;
-        }
-        if (++sampleIndex == n) {
-            sampleIndex = 0;
-            ++factorPosition;
-        }
+        if (!placeCell(store, factorPosition == 0, numFactors, f, write, value)) return 0;
         progress = phasePercent(int64_t(factorPosition) * n + sampleIndex, int64_t(count) * n, 0.0f, 25.0f);
     }
     if (factorPosition == count) {
@@ -176,17 +166,7 @@ int LatinSampler::finishTree(float target, sampValues& store, FactorList& factor
             value = constantValue(factors, f);
             write = true;
         }
-        if (stochastic == 0 && factorPosition == 0) {
-            scratch_.assign(size_t(count), 0.0);
-            if (write) scratch_[size_t(f)] = value;
-            if (!store.addRow(scratch_.data())) return 0;
-        } else if (write && !store.setColumnValue(sampleIndex, f, value)) {
-            return 0;
-        }
-        if (++sampleIndex == n) {
-            sampleIndex = 0;
-            ++factorPosition;
-        }
+        if (!placeCell(store, stochastic == 0 && factorPosition == 0, count, f, write, value)) return 0;
         progress = phasePercent(int64_t(factorPosition) * n + sampleIndex, int64_t(count) * n, 45.0f, 5.0f);
     }
     if (factorPosition == count) {

@@ -50,7 +50,6 @@ private:
     std::vector<double> sortedColumn_;
     std::vector<double> column_;   // a column being exchanged, or a child's parent column
     int32_t columnOf_ = -1;        // factor whose values column_ holds
-    std::vector<double> scratch_;
 };
 
 }  // namespace tarvex

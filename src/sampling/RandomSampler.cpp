@@ -72,21 +72,7 @@ float RandomSampler::fillPhase(float target, sampValues& store, FactorList& fact
         } else {
             write = false;  // a relation: filled by the value pass
         }
-        if (factorPosition == 0) {
-            scratch_.assign(size_t(count), 0.0);
-            if (write) scratch_[size_t(f)] = value;
-            if (!store.addRow(scratch_.data())) {
-                errorText = store.errorText();
-                return -1.0f;
-            }
-        } else if (write && !store.setColumnValue(sampleIndex, f, value)) {
-            errorText = store.errorText();
-            return -1.0f;
-        }
-        if (++sampleIndex == n) {
-            sampleIndex = 0;
-            ++factorPosition;
-        }
+        if (!placeCell(store, factorPosition == 0, count, f, write, value)) return -1.0f;
         progress = phasePercent(int64_t(factorPosition) * n + sampleIndex, int64_t(count) * n, 0.0f, span);
     }
     if (factorPosition == count) {

@@ -40,7 +40,6 @@ private:
     int32_t phase_ = 0;  // 0 filling, 1 re-ranking, 2 done
     std::unique_ptr<DiagonalBand> band_;
     RankTable ranks_;
-    std::vector<double> scratch_;
     std::vector<double> column_;        // the sorted column (re-ranking) or the parent's column
     int32_t columnOf_ = -1;             // factor whose values column_ holds
 };

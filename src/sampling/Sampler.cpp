@@ -133,4 +133,23 @@ int Sampler::openGeneration(bool atFirstCell, sampValues& store, const FactorLis
     return 1;
 }
 
+int Sampler::placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value) {
+    if (newRow) {
+        scratch_.assign(size_t(width), 0.0);
+        if (write) scratch_[size_t(f)] = value;
+        if (!store.addRow(scratch_.data())) {
+            errorText = store.errorText();
+            return 0;
+        }
+    } else if (write && !store.setColumnValue(sampleIndex, f, value)) {
+        errorText = store.errorText();
+        return 0;
+    }
+    if (++sampleIndex == numSamples) {
+        sampleIndex = 0;
+        ++factorPosition;
+    }
+    return 1;
+}
+
 }  // namespace tarvex

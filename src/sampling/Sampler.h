@@ -17,6 +17,7 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tarvex {
 
@@ -103,6 +104,16 @@ protected:
     // list's width. Returns 1 to go on; 0 when the list has no factor (progress
     // is then 50 and the method is done); -1 with errorText set on failure.
     int openGeneration(bool atFirstCell, sampValues& store, const FactorList& factors);
+
+    // One cell of a column-after-column walk over a store `width` wide. With
+    // `newRow` the cell opens a row of its own (its other cells 0.0, to be
+    // filled by later columns); otherwise it goes into the row made before.
+    // `write` false leaves the cell as it is. Then sampleIndex and
+    // factorPosition step to the next cell. Returns 0 with errorText set when
+    // the store refuses.
+    int placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value);
+
+    std::vector<double> scratch_;  // the row being opened by placeCell
 };
 
 }  // namespace tarvex
