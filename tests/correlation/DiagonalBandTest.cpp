@@ -6,31 +6,20 @@
 #include <limits>
 #include <vector>
 
+#include "Correlations.h"
 #include "common/UniformRandom.h"
 #include "correlation/DiagonalBand.h"
 
 namespace tarvex {
 namespace {
 
+using tarvex::test::pearson;
+
 // Root of a + a^2 - a^3 = r by Newton from 0.5, independent of the bisection.
 double bandRoot(double r) {
     double a = 0.5;
     for (int i = 0; i < 100; ++i) a -= (a + a * a - a * a * a - r) / (1.0 + 2.0 * a - 3.0 * a * a);
     return a;
-}
-
-double pearson(const std::vector<double>& x, const std::vector<double>& y) {
-    const double n = double(x.size());
-    double mx = 0, my = 0;
-    for (size_t i = 0; i < x.size(); ++i) mx += x[i], my += y[i];
-    mx /= n, my /= n;
-    double sxy = 0, sxx = 0, syy = 0;
-    for (size_t i = 0; i < x.size(); ++i) {
-        sxy += (x[i] - mx) * (y[i] - my);
-        sxx += (x[i] - mx) * (x[i] - mx);
-        syy += (y[i] - my) * (y[i] - my);
-    }
-    return sxy / std::sqrt(sxx * syy);
 }
 
 TEST(DiagonalBand, BandParameterSolvesItsEquation) {

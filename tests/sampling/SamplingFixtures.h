@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Correlations.h"
 #include "correlation/FactorList.h"
 #include "factors/Constant.h"
 #include "factors/Normal.h"
@@ -14,6 +15,10 @@
 #include "sampling/sampValues.h"
 
 namespace tarvex::testing {
+
+using tarvex::test::pearson;
+using tarvex::test::ranksOf;
+using tarvex::test::spearman;
 
 inline std::unique_ptr<Uniform> uniformFactor(const std::string& name, double a = 0.0, double b = 1.0) {
     auto u = std::make_unique<Uniform>();
@@ -49,33 +54,6 @@ inline std::vector<double> column(sampValues& store, int32_t c) {
     std::vector<double> out(static_cast<size_t>(store.rowCount()));
     for (int32_t r = 0; r < store.rowCount(); ++r) store.getValue(r, c, &out[static_cast<size_t>(r)]);
     return out;
-}
-
-inline std::vector<double> ranksOf(const std::vector<double>& v) {
-    std::vector<size_t> idx(v.size());
-    for (size_t i = 0; i < v.size(); ++i) idx[i] = i;
-    std::sort(idx.begin(), idx.end(), [&](size_t a, size_t b) { return v[a] < v[b]; });
-    std::vector<double> r(v.size());
-    for (size_t p = 0; p < idx.size(); ++p) r[idx[p]] = double(p);
-    return r;
-}
-
-inline double pearson(const std::vector<double>& x, const std::vector<double>& y) {
-    const double n = double(x.size());
-    double mx = 0, my = 0;
-    for (size_t i = 0; i < x.size(); ++i) mx += x[i], my += y[i];
-    mx /= n, my /= n;
-    double sxy = 0, sxx = 0, syy = 0;
-    for (size_t i = 0; i < x.size(); ++i) {
-        sxy += (x[i] - mx) * (y[i] - my);
-        sxx += (x[i] - mx) * (x[i] - mx);
-        syy += (y[i] - my) * (y[i] - my);
-    }
-    return sxy / std::sqrt(sxx * syy);
-}
-
-inline double spearman(const std::vector<double>& x, const std::vector<double>& y) {
-    return pearson(ranksOf(x), ranksOf(y));
 }
 
 // Each value in its own stratum [i/n, (i+1)/n).
