@@ -118,11 +118,7 @@ TEST(LatinSampler, ImanConoverKeepsValuesAndReachesTarget) {
 
 TEST(LatinSampler, FailedMatrixIsReportedAndSampleLeftUncorrelated) {
     FactorList list;
-    for (const char* name : {"a", "b", "c"}) list.addFactor(uniformFactor(name));
-    list.setMatrixValue(0, 1, 0.9);
-    list.setMatrixValue(0, 2, 0.9);
-    list.setMatrixValue(1, 2, -0.9);
-    list.correlationMode = kImanConoverCorrelation;
+    makeImpossibleCorrelations(list);
     LatinSampler latin;
     latin.setSamples(1000);
     sampValues store;

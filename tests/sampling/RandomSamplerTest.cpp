@@ -75,11 +75,7 @@ TEST(RandomSampler, ImanConoverReordersKeepingValues) {
 
 TEST(RandomSampler, FailedMatrixLeavesIndependentColumns) {
     FactorList list;
-    for (const char* name : {"a", "b", "c"}) list.addFactor(uniformFactor(name));
-    list.setMatrixValue(0, 1, 0.9);
-    list.setMatrixValue(0, 2, 0.9);
-    list.setMatrixValue(1, 2, -0.9);
-    list.correlationMode = kImanConoverCorrelation;
+    makeImpossibleCorrelations(list);
     RandomSampler s;
     s.setSamples(1000);
     sampValues store;

@@ -56,6 +56,16 @@ inline std::vector<double> column(sampValues& store, int32_t c) {
     return out;
 }
 
+// Three uniform factors whose pairwise targets 0.9, 0.9, -0.9 no matrix can
+// carry: the rank table must report it.
+inline void makeImpossibleCorrelations(FactorList& list) {
+    for (const char* name : {"a", "b", "c"}) list.addFactor(uniformFactor(name));
+    list.setMatrixValue(0, 1, 0.9);
+    list.setMatrixValue(0, 2, 0.9);
+    list.setMatrixValue(1, 2, -0.9);
+    list.correlationMode = kImanConoverCorrelation;
+}
+
 // Each value in its own stratum [i/n, (i+1)/n).
 inline bool oneValuePerStratum(std::vector<double> v) {
     const size_t n = v.size();
