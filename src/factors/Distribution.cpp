@@ -100,33 +100,12 @@ int Distribution::prepareInverse() {
     return 1;
 }
 
-double Distribution::bisect(TablePoint lo, TablePoint hi, double u, double relTol, int maxPasses) const {
-    for (int passes = 0; std::fabs(lo.p - hi.p) > std::fabs(lo.p) * relTol; ++passes) {
-        if (maxPasses >= 0 && passes >= maxPasses) break;
-        const double m = (lo.x + hi.x) / 2.0;
-        // No double strictly between the ends: the bracket cannot move any
-        // more, and every further pass would repeat this one.
-        if (maxPasses < 0 && !(m > lo.x && m < hi.x)) break;
-        const double pm = cumulative(m);
-        if (pm <= u) {
-            lo = {m, pm};
-        } else {
-            hi = {m, pm};
-        }
-    }
-    return (lo.x + hi.x) / 2.0;
+double Distribution::inverse(double u) const {
+    return InverseSearch::one(table, inverseRule(), [this](double x) { return cumulative(x); }, u);
 }
 
-double Distribution::inverse(double u) const {
-    if (table.size() < 101) return 0.0;  // not prepared: nothing to map through
-    const double scaled = u * 100.0;
-    if (scaled >= 100.0) return table[100].x;
-    const int i = scaled > 0.0 ? static_cast<int>(scaled) : 0;
-    const TablePoint lo = table[i];
-    const TablePoint hi = table[i + 1];
-    const double tol = std::fabs(lo.p) * 1e-11;
-    if (std::fabs(lo.p - u) < tol) return lo.x;
-    return bisect(lo, hi, u, 1e-11, 1001);
+void Distribution::inverseMany(double* values, int64_t count) const {
+    InverseSearch::many(table, inverseRule(), [this](double x) { return cumulative(x); }, values, count);
 }
 
 } // namespace tarvex

@@ -6,9 +6,11 @@
 // upper end) built once per column by prepareInverse from nothing but mean,
 // stdDev and cumulative; each inverse then bisects inside one percentile cell,
 // about a dozen cumulative calls per row instead of a full root search.
+#include <cstdint>
 #include <vector>
 
 #include "factors/Factor.h"
+#include "factors/InverseSearch.h"
 #include "factors/TablePoint.h"
 
 namespace tarvex {
@@ -28,6 +30,10 @@ public:
     virtual double cumulative(double x) const = 0;
     // Factor value for u in (0,1); needs a prepared table.
     virtual double inverse(double u) const;
+    // inverse of each value, in place, with the same results; several
+    // searches run interleaved. A class whose cumulative has a closed form
+    // runs them on an inlined copy of it.
+    virtual void inverseMany(double* values, int64_t count) const;
     // Density at x (for a discrete factor, the mass of the point).
     virtual double density(double x) const = 0;
 
@@ -36,11 +42,8 @@ public:
     std::vector<TablePoint> table;
 
 protected:
-    // Bisects between two table points towards the x whose cumulative is u,
-    // the tolerance following the lower point; at most maxPasses passes when
-    // maxPasses >= 0, otherwise until the tolerance is met or the interval
-    // cannot be split any further.
-    double bisect(TablePoint lo, TablePoint hi, double u, double relTol, int maxPasses) const;
+    // How inverse maps u, picks its table cell and ends its search.
+    virtual InverseRule inverseRule() const { return InverseRule{}; }
 };
 
 } // namespace tarvex

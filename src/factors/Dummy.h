@@ -21,6 +21,9 @@ public:
     double stdDev() const override { return 0.0; }
     double cumulative(double) const override { return 0.0; }
     double inverse(double) const override { return 0.0; }
+    void inverseMany(double* values, int64_t count) const override {
+        for (int64_t i = 0; i < count; ++i) values[i] = 0.0;
+    }
     double density(double) const override { return 0.0; }
 };
 

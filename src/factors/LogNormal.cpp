@@ -23,8 +23,11 @@ double LogNormal::stdDev() const {
 }
 
 double LogNormal::cumulative(double x) const {
-    if (x < 0.0) return 0.0;
-    return Normal::cumulative(std::log(x));
+    return logNormalCumulative(x);
+}
+
+void LogNormal::inverseMany(double* values, int64_t count) const {
+    InverseSearch::many(table, inverseRule(), [this](double x) { return logNormalCumulative(x); }, values, count);
 }
 
 double LogNormal::density(double x) const {

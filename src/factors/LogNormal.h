@@ -1,4 +1,6 @@
 #pragma once
+#include <cmath>
+
 #include "factors/Normal.h"
 
 namespace tarvex {
@@ -17,6 +19,10 @@ public:
     double stdDev() const override;
     double cumulative(double x) const override;
     double density(double x) const override;
+    void inverseMany(double* values, int64_t count) const override;
+
+private:
+    double logNormalCumulative(double x) const { return x < 0.0 ? 0.0 : normalCumulative(std::log(x)); }
 };
 
 } // namespace tarvex

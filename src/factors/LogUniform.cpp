@@ -34,7 +34,11 @@ double LogUniform::stdDev() const {
 }
 
 double LogUniform::partialWeight(const Interval& iv, double x) const {
-    return (std::log(x) - std::log(iv.left)) * iv.weight / (std::log(iv.right) - std::log(iv.left));
+    return logShare(iv, x);
+}
+
+void LogUniform::inverseMany(double* values, int64_t count) const {
+    searchIntervals([](const auto& iv, double x) { return logShare(iv, x); }, values, count);
 }
 
 double LogUniform::intervalDensity(const Interval& iv, double x) const {

@@ -1,4 +1,6 @@
 #pragma once
+#include <cmath>
+
 #include "factors/Uniform.h"
 
 namespace tarvex {
@@ -14,11 +16,16 @@ public:
 
     double mean() const override;
     double stdDev() const override;
+    void inverseMany(double* values, int64_t count) const override;
 
 protected:
     std::unique_ptr<Interval> newInterval() const override;
     double partialWeight(const Interval& iv, double x) const override;
     double intervalDensity(const Interval& iv, double x) const override;
+    template <class Bounds>
+    static double logShare(const Bounds& iv, double x) {
+        return (std::log(x) - std::log(iv.left)) * iv.weight / (std::log(iv.right) - std::log(iv.left));
+    }
 };
 
 } // namespace tarvex

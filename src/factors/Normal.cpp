@@ -4,7 +4,6 @@
 #include <istream>
 #include <ostream>
 
-#include "factors/NumericLibrary.h"
 
 namespace tarvex {
 
@@ -19,10 +18,11 @@ Normal::Normal(const Normal& other)
 }
 
 double Normal::cumulative(double x) const {
-    int which = 1, status = 0;
-    double p = 0.0, q = 0.0, bound = 0.0, mu = meanValue, sd = stdDeviation;
-    cdfNormal(which, p, q, x, mu, sd, status, bound);
-    return status == 0 ? p : -1.0;
+    return normalCumulative(x);
+}
+
+void Normal::inverseMany(double* values, int64_t count) const {
+    InverseSearch::many(table, inverseRule(), [this](double x) { return normalCumulative(x); }, values, count);
 }
 
 double Normal::density(double x) const {

@@ -1,4 +1,5 @@
 #pragma once
+#include "factors/NormalTails.h"
 #include "factors/TruncatedDistribution.h"
 
 namespace tarvex {
@@ -16,6 +17,7 @@ public:
     double stdDev() const override { return stdDeviation; }
     double cumulative(double x) const override;
     double density(double x) const override;
+    void inverseMany(double* values, int64_t count) const override;
 
     double getMean() const { return meanValue; }
     double getStdDeviation() const { return stdDeviation; }
@@ -25,6 +27,15 @@ public:
     int setTruncations(double left, double right);
 
 protected:
+    // The cumulative, inline so that the searches of inverseMany can have it
+    // in their loop; -1 for a standard deviation that is not positive.
+    double normalCumulative(double x) const {
+        if (!(stdDeviation > 0.0)) return -1.0;
+        double lower = 0.0, upper = 0.0;
+        normalTails((x - meanValue) / stdDeviation, lower, upper);
+        return lower;
+    }
+
     void writeData(std::ostream& out) const override;
     int readData(std::istream& in) override;
     double meanValue = 0.0;

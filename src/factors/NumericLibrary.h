@@ -11,6 +11,9 @@
 // they were.
 //
 // Not re-entrant in the published library; these versions keep no state.
+//
+// normalTails, the standard normal law under cdfNormal, is in NormalTails.h.
+#include "factors/NormalTails.h"
 
 namespace tarvex {
 
@@ -38,10 +41,5 @@ double lnGamma(double a);
 // ln B(a, b) for a, b > 0, accurate also where B itself underflows.
 double lnBeta(const double* a, const double* b);
 double lnBeta(double a, double b);
-
-// Lower and upper tail of the standard normal law at z: W. J. Cody's rational
-// Chebyshev approximations (ACM Algorithm 715), relative accuracy near the
-// last digit in both tails down to the smallest normal double.
-void normalTails(double z, double& lower, double& upper);
 
 } // namespace tarvex

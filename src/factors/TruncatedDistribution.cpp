@@ -17,15 +17,14 @@ TruncatedDistribution::TruncatedDistribution()
 TruncatedDistribution::TruncatedDistribution(const TruncatedDistribution& other)
     : Distribution(other), leftTruncation(other.leftTruncation), rightTruncation(other.rightTruncation) {}
 
-double TruncatedDistribution::inverse(double u) const {
-    if (table.size() < 101) return 0.0;  // not prepared: nothing to map through
-    const double v = (rightTruncation - leftTruncation) * u + leftTruncation;
-    const double scaled = v * 100.0;
-    if (scaled >= 100.0) return table[100].x;
-    const int i = scaled > 0.0 ? static_cast<int>(scaled) : 0;
-    // Looser tolerance than the untruncated search, and no pass limit: the
-    // search ends when the bracket can no longer be split.
-    return bisect(table[i], table[i + 1], v, 1e-6, -1);
+InverseRule TruncatedDistribution::inverseRule() const {
+    InverseRule rule;
+    rule.scale = rightTruncation - leftTruncation;
+    rule.offset = leftTruncation;
+    rule.relTol = 1e-6;
+    rule.maxPasses = -1;
+    rule.lowerShortcut = false;
+    return rule;
 }
 
 int TruncatedDistribution::setLeftTruncation(double v) {

@@ -13,8 +13,6 @@ public:
     TruncatedDistribution();
     TruncatedDistribution(const TruncatedDistribution& other);
 
-    double inverse(double u) const override;
-
     // Both setters test the truncations already stored, not the new value: a
     // left truncation of 0 (the classes with a lower end) can never be changed
     // this way. Kept so, files and panels rely on it.
@@ -34,6 +32,11 @@ public:
     static double defaultRightTruncation();
 
 protected:
+    // u is mapped into [leftTruncation, rightTruncation] first; the search is
+    // looser than the untruncated one and has no pass limit: it ends when the
+    // bracket can no longer be split.
+    InverseRule inverseRule() const override;
+
     double leftTruncation;
     double rightTruncation;
 };

@@ -48,7 +48,7 @@ double Uniform::stdDev() const {
 }
 
 double Uniform::partialWeight(const Interval& iv, double x) const {
-    return (x - iv.left) * iv.weight / (iv.right - iv.left);
+    return linearShare(iv, x);
 }
 
 double Uniform::intervalDensity(const Interval& iv, double) const {
@@ -57,11 +57,13 @@ double Uniform::intervalDensity(const Interval& iv, double) const {
 
 double Uniform::cumulative(double x) const {
     const auto& items = intervals.items;
-    double sum = 0.0;
-    std::size_t k = 0;
-    while (k < items.size() && items[k]->right < x) sum += items[k++]->weight;
-    if (k < items.size() && items[k]->left <= x && x <= items[k]->right) sum += partialWeight(*items[k], x);
-    return sum;
+    return cumulativeOver(
+        items.size(), [&items](std::size_t k) -> const Interval& { return *items[k]; },
+        [this](const Interval& iv, double at) { return partialWeight(iv, at); }, x);
+}
+
+void Uniform::inverseMany(double* values, int64_t count) const {
+    searchIntervals([](const auto& iv, double x) { return linearShare(iv, x); }, values, count);
 }
 
 double Uniform::density(double x) const {

@@ -20,6 +20,7 @@ public:
     double stdDev() const override;
     double cumulative(double x) const override;
     double density(double x) const override;
+    void inverseMany(double* values, int64_t count) const override;
 
     int count() const { return intervals.count(); }
     Interval* intervalAt(int i) const { return intervals.intervalAt(i); }
@@ -42,6 +43,39 @@ protected:
     void copyIntervals(const Uniform& other, bool logIntervals);
     // Share of an interval's weight below x, for a <= x <= c.
     virtual double partialWeight(const Interval& iv, double x) const;
+    template <class Bounds>
+    static double linearShare(const Bounds& iv, double x) {
+        return (x - iv.left) * iv.weight / (iv.right - iv.left);
+    }
+
+    // P(X <= x) over the intervals get(0) ... get(count - 1): the whole
+    // weights of those below x, then the share of the one that holds it.
+    template <class Get, class Share>
+    static double cumulativeOver(std::size_t count, const Get& get, const Share& share, double x) {
+        double sum = 0.0;
+        std::size_t k = 0;
+        while (k < count && get(k).right < x) sum += get(k++).weight;
+        if (k < count && get(k).left <= x && x <= get(k).right) sum += share(get(k), x);
+        return sum;
+    }
+
+    // inverseMany over a flat copy of the intervals, with `share` the
+    // class's partialWeight.
+    template <class Share>
+    void searchIntervals(const Share& share, double* values, int64_t count) const {
+        struct Span {
+            double left, right, weight;
+        };
+        std::vector<Span> spans;
+        spans.reserve(intervals.items.size());
+        for (const auto& iv : intervals.items) spans.push_back({iv->left, iv->right, iv->weight});
+        const Span* first = spans.data();
+        const std::size_t n = spans.size();
+        auto cumulativeOfSpans = [first, n, &share](double x) {
+            return cumulativeOver(n, [first](std::size_t k) -> const Span& { return first[k]; }, share, x);
+        };
+        InverseSearch::many(table, inverseRule(), cumulativeOfSpans, values, count);
+    }
     // Density inside an interval.
     virtual double intervalDensity(const Interval& iv, double x) const;
 

@@ -175,9 +175,11 @@ int PrepConfiguration::valuePass(int target) {
                 }
                 double* cellsOfChunk = chunk_.data();
                 parallelFor(end - begin, 4096, [=](int64_t from, int64_t to) {
-                    for (int64_t i = from; i < to; ++i)
-                        cellsOfChunk[i] = discrete ? discrete->discreteInverse(cellsOfChunk[i])
-                                                   : distribution->inverse(cellsOfChunk[i]);
+                    if (discrete == nullptr) {
+                        distribution->inverseMany(cellsOfChunk + from, to - from);
+                        return;
+                    }
+                    for (int64_t i = from; i < to; ++i) cellsOfChunk[i] = discrete->discreteInverse(cellsOfChunk[i]);
                 });
                 for (int32_t r = begin; r < end; ++r) {
                     if (!samples.setColumnValue(r, f, chunk_[size_t(r - begin)])) {

@@ -2,7 +2,9 @@
 // quantiles with the truncation rescaling applied.
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <functional>
 #include <string>
@@ -251,6 +253,83 @@ TEST(Inverse, TruncatedSearchEndsAtAJump) {
     EXPECT_NEAR(x, 1.0, 4e-16);
     EXPECT_EQ(step.cumulative(std::nextafter(1.0, 0.0)), 0.0);
     EXPECT_EQ(step.cumulative(std::nextafter(1.0, 2.0)), 1.0);
+}
+
+// The column form runs several searches interleaved, on an inlined copy of
+// the cumulative where the class has a closed form: every value must be the
+// very double the one-by-one inverse gives, whatever the batch size and
+// wherever u falls (ends, table points, exact percentiles, the gap).
+TEST(Inverse, ColumnFormMatchesOneByOneBitForBit) {
+    std::vector<Case> cases = allCases();
+    {
+        auto u = std::make_unique<Uniform>();
+        u->clear();
+        u->addInterval(std::make_unique<Interval>(-5.0, -4.0, 0.2));
+        u->addInterval(std::make_unique<Interval>(-4.0, 0.5, 0.3));
+        u->addInterval(std::make_unique<Interval>(7.0, 7.25, 0.5));
+        cases.push_back({"Uniform three intervals", std::move(u), nullptr, nullptr});
+    }
+    {
+        auto lu = std::make_unique<LogUniform>();
+        lu->clear();
+        lu->addInterval(std::make_unique<LogInterval>(0.01, 0.1, 0.6));
+        lu->addInterval(std::make_unique<LogInterval>(10.0, 1000.0, 0.4));
+        cases.push_back({"LogUniform two decades apart", std::move(lu), nullptr, nullptr});
+    }
+    {
+        auto ln = std::make_unique<LogNormal>();
+        ln->setMean(1.0);
+        ln->setStdDeviation(0.4);
+        ln->setTruncations(0.2, 0.6);
+        cases.push_back({"LogNormal truncated", std::move(ln), nullptr, nullptr});
+    }
+    for (Case& c : cases) {
+        Distribution& f = *c.factor;
+        ASSERT_EQ(f.prepareInverse(), 1) << c.label;
+        std::vector<double> us = {0.0, 1e-300, 1e-12, 0.001, 0.01, 0.25, 0.5, 0.999, std::nextafter(1.0, 0.0), 1.0};
+        for (int k = 0; k <= 100; ++k) {
+            us.push_back(k / 100.0);
+            us.push_back(f.table[size_t(k)].p);
+        }
+        uint32_t state = 2024u;
+        for (int k = 0; k < 3000; ++k) {
+            state = state * 1664525u + 1013904223u;
+            us.push_back((state >> 8) / 16777216.0);
+        }
+        std::vector<double> expected;
+        for (double u : us) expected.push_back(f.inverse(u));
+        // Whole column, then batches smaller than the searches in flight.
+        std::vector<double> column = us;
+        f.inverseMany(column.data(), int64_t(column.size()));
+        for (size_t i = 0; i < us.size(); ++i)
+            ASSERT_EQ(std::bit_cast<uint64_t>(column[i]), std::bit_cast<uint64_t>(expected[i]))
+                << c.label << " u=" << us[i] << " many=" << column[i] << " one=" << expected[i];
+        for (int64_t batch : {1, 3, 5}) {
+            std::vector<double> values(us.begin(), us.begin() + 40);
+            for (int64_t at = 0; at < 40; at += batch) f.inverseMany(values.data() + at, std::min<int64_t>(batch, 40 - at));
+            for (size_t i = 0; i < values.size(); ++i)
+                ASSERT_EQ(values[i], expected[i]) << c.label << " batch " << batch << " u=" << us[i];
+        }
+        f.inverseMany(nullptr, 0);  // an empty batch touches nothing
+        // Unprepared: every value maps to 0, as one by one.
+        f.clearTable();
+        std::vector<double> unprepared = {0.1, 0.5, 0.9};
+        f.inverseMany(unprepared.data(), 3);
+        EXPECT_EQ(unprepared, std::vector<double>(3, 0.0)) << c.label;
+    }
+}
+
+// The interleaved searches end at a jump of the cumulative too.
+TEST(Inverse, ColumnFormEndsAtAJump) {
+    Normal step;
+    step.setMean(1.0);
+    step.setStdDeviation(1e-20);
+    ASSERT_EQ(step.setTruncations(0.1, 0.9), 1);
+    for (int k = 0; k <= 100; ++k) step.table.push_back({k * 0.02, step.cumulative(k * 0.02)});
+    // Cells 49 and 50 both end at the jump, from below and from above.
+    std::vector<double> values = {0.5, 0.499, 0.5, 0.501, 0.4995, 0.5, 0.5005, 0.5, 0.5};
+    step.inverseMany(values.data(), int64_t(values.size()));
+    for (double x : values) EXPECT_NEAR(x, 1.0, 4e-16);
 }
 
 TEST(Inverse, PrepareAppendsUntilCleared) {
