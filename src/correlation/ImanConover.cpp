@@ -61,7 +61,8 @@ void ImanConover::build(const float* matrix) {
         const double denominator = double(rowCount_) + 1.0;
         double* scores = scores_.data();
         parallelFor(rowCount_, 4096, [&normal, scores, denominator](int64_t begin, int64_t end) {
-            for (int64_t r = begin; r < end; ++r) scores[r] = normal.inverse(double(r + 1) / denominator);
+            for (int64_t r = begin; r < end; ++r) scores[r] = double(r + 1) / denominator;
+            normal.inverseMany(scores + begin, end - begin);
         });
     }
     shuffle();
