@@ -1,6 +1,7 @@
 #pragma once
 // The system's one pseudo-random generator.
 #include <cstdint>
+#include <utility>
 
 namespace tarvex {
 
@@ -18,5 +19,17 @@ namespace tarvex {
 // disturbs every other stream in flight: streams reproduce only in the order
 // in which they were drawn.
 double uniformRandom(int32_t* state);
+
+// One exchange step of the column permutations: two entries of values[0, n),
+// each picked by one draw (a product that rounds up to n picks the last),
+// trade places.
+template <class T>
+void randomExchange(T* values, int32_t n, int32_t* state) {
+    int32_t a = int32_t(uniformRandom(state) * n);
+    if (a == n) a = n - 1;
+    int32_t b = int32_t(uniformRandom(state) * n);
+    if (b == n) b = n - 1;
+    std::swap(values[a], values[b]);
+}
 
 }  // namespace tarvex

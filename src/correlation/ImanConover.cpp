@@ -82,13 +82,7 @@ void ImanConover::shuffle() {
     const int64_t swaps = int64_t(double(rowCount_) * 0.75);
     for (int32_t c = 0; c < factorCount_; ++c) {
         for (int32_t r = 0; r < rowCount_; ++r) column[size_t(r)] = r;
-        for (int64_t s = 0; s < swaps; ++s) {
-            int32_t a = int32_t(uniformRandom(&seed_) * rowCount_);
-            int32_t b = int32_t(uniformRandom(&seed_) * rowCount_);
-            if (a == rowCount_) a = rowCount_ - 1;
-            if (b == rowCount_) b = rowCount_ - 1;
-            std::swap(column[size_t(a)], column[size_t(b)]);
-        }
+        for (int64_t s = 0; s < swaps; ++s) randomExchange(column.data(), rowCount_, &seed_);
         if (!table_->write(c * columnBytes, column.data(), columnBytes)) failed = 1;
     }
 }

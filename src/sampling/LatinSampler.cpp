@@ -1,7 +1,5 @@
 #include "sampling/LatinSampler.h"
 
-#include <utility>
-
 #include "common/UniformRandom.h"
 #include "correlation/DiagonalBand.h"
 #include "correlation/Ranking.h"
@@ -109,11 +107,7 @@ int LatinSampler::exchange(float target, sampValues& store, FactorList& factors,
                 if (!readColumn(store, f, n, column_)) return 0;
                 columnOf_ = f;
             }
-            int32_t a = int32_t(uniformRandom(&randomState) * n);
-            if (a == n) a = n - 1;
-            int32_t b = int32_t(uniformRandom(&randomState) * n);
-            if (b == n) b = n - 1;
-            std::swap(column_[size_t(a)], column_[size_t(b)]);
+            randomExchange(column_.data(), n, &randomState);
             ++index;
         }
         if (index == exchanges) {
@@ -205,13 +199,7 @@ int LatinSampler::rerank(float target, sampValues& store, FactorList& factors) {
                 // stratum order of phase 0, every pair of columns would be
                 // perfectly rank-correlated.
                 if (!readColumn(store, f, n, column_)) return 0;
-                for (int64_t e = 0; e < 2 * int64_t(n); ++e) {
-                    int32_t a = int32_t(uniformRandom(&randomState) * n);
-                    if (a == n) a = n - 1;
-                    int32_t b = int32_t(uniformRandom(&randomState) * n);
-                    if (b == n) b = n - 1;
-                    std::swap(column_[size_t(a)], column_[size_t(b)]);
-                }
+                for (int64_t e = 0; e < 2 * int64_t(n); ++e) randomExchange(column_.data(), n, &randomState);
                 if (!writeColumn(store, f, column_)) return 0;
                 column_.clear();
                 sampleIndex = n;
