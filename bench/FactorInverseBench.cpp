@@ -1,6 +1,7 @@
-// Per factor class: the time to build the 101-point inverse table, and the
-// cost of one inverse with the number of cumulative calls it takes (the
-// table exists so that a row costs about a dozen of them, not a root search).
+// Per factor class: the time to build the 101-point inverse table, the cost
+// of one inverse with the number of cumulative calls it takes (the table
+// exists so that a row costs about a dozen of them, not a root search), and
+// the cost per value of the column form the value pass uses.
 #include <benchmark/benchmark.h>
 
 #include <vector>
