@@ -4,7 +4,6 @@
 #include <istream>
 #include <ostream>
 
-
 namespace tarvex {
 
 Normal::Normal() {
