@@ -123,7 +123,8 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) try {
             long number = -1;
             if (std::sscanf(line.c_str(), "%19s %ld", word, &number) != 2 || number != r) return failed();
             int32_t points = 0;
-            if (!(in >> points) || points < 1) return failed();
+            // A time point holds at least two numbers, a byte each.
+            if (!(in >> points) || points < 1 || !countFitsInput(in, points, 2)) return failed();
             // A run is written to the data file only once it is complete.
             // Its buffers grow with what is read: the count is only a claim.
             times.clear();

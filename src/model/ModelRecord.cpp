@@ -136,7 +136,8 @@ void ModelConfiguration::read(std::istream& in) try {
         if (!passLine(in) || !passLine(in)) return;
         int32_t points = 0;
         if (!(in >> points)) return;
-        if (points < 0) return in.setstate(std::ios::failbit);
+        // A time point holds at least "=" and a number.
+        if (points < 0 || !countFitsInput(in, points, 2)) return in.setstate(std::ios::failbit);
         // The times grow with what is read: the count is only a claim.
         times.clear();
         for (int32_t t = 0; t < points; ++t) {
