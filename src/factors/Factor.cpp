@@ -5,6 +5,7 @@
 
 #include "factors/FactorName.h"
 #include "factors/LineRead.h"
+#include "factors/OneLine.h"
 
 namespace tarvex {
 
@@ -12,6 +13,7 @@ namespace {
 
 // A note is read by a line read into 255 bytes.
 constexpr std::size_t kNoteLineBytes = 255;
+static_assert(Factor::kMaxNoteLength == kNoteLineBytes - 1);
 
 // The first white-space delimited word of a line, as a "%s" scan takes it.
 std::string firstWord(const std::string& line) {
@@ -23,6 +25,24 @@ std::string firstWord(const std::string& line) {
 }
 
 } // namespace
+
+int Factor::setName(const std::string& newName) {
+    if (const char* fault = factorNameFault(newName)) {
+        errorText = fault;
+        return 0;
+    }
+    name = newName;
+    return 1;
+}
+
+int Factor::setNote(const std::string& text) {
+    if (!fitsOneLine(text, kMaxNoteLength)) {
+        errorText = kNoteTooLongText;
+        return 0;
+    }
+    note = text;
+    return 1;
+}
 
 void Factor::write(std::ostream& out) const {
     out << typeName << '\n' << name << '\n' << note << '\n' << status;

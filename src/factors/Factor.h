@@ -2,6 +2,7 @@
 // Root of the factor family: one uncertain (or derived, or fixed) input of the
 // model. Subclasses add a distribution (Distribution and below), a fixed value
 // (Constant) or an expression over other factors (Relation).
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
@@ -26,8 +27,14 @@ enum FactorType : int {
     kDummy = 100,
 };
 
+inline constexpr const char* kNoteTooLongText = "The note must be one line of at most 254 characters.";
+
 class Factor {
 public:
+    // The longest note a factor file gives back: its reader keeps lines of
+    // this many characters.
+    static constexpr std::size_t kMaxNoteLength = 254;
+
     Factor() = default;
     // A copy takes name and note (subclasses add their parameters); status and
     // errorText start afresh.
@@ -50,6 +57,13 @@ public:
     // characters), the status and the parameters. Returns 0 and leaves the
     // stream in its fail state on any failure.
     int read(std::istream& in);
+
+    // Each refuses, with errorText and 0, a value its factor file would not
+    // give back: a name outside the name rule or over 19 characters
+    // (FactorName.h), a note that is not one line of at most kMaxNoteLength
+    // characters.
+    int setName(const std::string& newName);
+    int setNote(const std::string& text);
 
     std::string errorText = "No errors";
     std::string typeName = "Factor";

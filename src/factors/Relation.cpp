@@ -7,6 +7,7 @@
 #include "factors/LineRead.h"
 
 #include "factors/Evaluator.h"
+#include "factors/OneLine.h"
 
 namespace tarvex {
 
@@ -24,6 +25,10 @@ Relation::Relation(const Relation& other)
 // the expression uses. A division by a name therefore fails here, and the
 // factor keeps its former expression.
 int Relation::setExpression(const std::string& text) {
+    if (!fitsOneLine(text, kMaxExpressionLength)) {
+        errorText = kRelationTooLongText;
+        return 0;
+    }
     const std::string copy = text;
     Evaluator& ev = Evaluator::instance();
     ev.clearSymbols();

@@ -9,8 +9,14 @@
 
 namespace tarvex {
 
+inline constexpr const char* kRelationTooLongText = "The relation must be one line of at most 254 characters.";
+
 class Relation : public Factor {
 public:
+    // The longest expression a factor file gives back: its reader keeps lines
+    // of this many characters.
+    static constexpr std::size_t kMaxExpressionLength = 254;
+
     Relation();
     Relation(const Relation& other);
 
@@ -18,7 +24,8 @@ public:
     std::unique_ptr<Factor> clone() const override { return std::make_unique<Relation>(*this); }
 
     // Accepts the text when a dry run of it succeeds; returns 0 and keeps the
-    // former expression otherwise.
+    // former expression otherwise. A text that is not one line of at most
+    // kMaxExpressionLength characters is refused with kRelationTooLongText.
     int setExpression(const std::string& text);
     // Value for one sample row: names are all factor names of the list, values
     // the row in the same order, count the number of names. Each used factor

@@ -7,6 +7,7 @@
 #include "FactorListSamples.h"
 #include "TestSupport.h"
 #include "correlation/FactorFile.h"
+#include "factors/FactorName.h"
 
 namespace tarvex {
 namespace {
@@ -152,6 +153,15 @@ TEST_F(SteinImport, Messages) {
     list.errorText.clear();
     EXPECT_EQ(list.importStein(file("2\n2\na\n" + std::string(256, 'n') + "\n1 2\n3 4\n"), 2), 0);
     EXPECT_EQ(list.errorText, kCorrupt);
+
+    // A full import names factors: only names their factor file gives back.
+    FactorList full;
+    EXPECT_EQ(full.importStein(file("1\n2\nabcdefghijklmnopqrs\nabcdefghijklmnopqrst\n1 2\n"), 1), 0);
+    EXPECT_EQ(full.errorText, "Error loading stein file. Wrong factor name, The name can hold at most 19 characters.");
+    EXPECT_EQ(full.importStein(file("1\n1\na.b\n1\n"), 1), 0);
+    EXPECT_EQ(full.errorText, std::string("Error loading stein file. ") + kWrongFactorNameText);
+    EXPECT_EQ(full.importStein(file("1\n1\nab cd\n1\n"), 1), 0);
+    EXPECT_EQ(full.errorText, std::string("Error loading stein file. ") + kWrongFactorNameText);
 
     // Mode 0 attaches without comparing the counts.
     ASSERT_EQ(list.importStein(file("1\n3\na\nb\nc\n1 2 3\n"), 0), 1);

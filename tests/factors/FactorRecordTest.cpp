@@ -180,6 +180,58 @@ TEST(FactorRecord, NameRules) {
     EXPECT_FALSE(ok);
 }
 
+// Whatever the setters accept, the reader gives back; one character more is
+// refused where it enters, and the factor keeps what it had.
+TEST(FactorRecord, LongestAcceptedTextsReadBack) {
+    const std::string name19 = "abcdefghijklmnopqrs";
+    const std::string note254 = " " + std::string(252, 'n') + " ";
+    // x + 1 spread over 254 characters.
+    const std::string expression254 = "x" + std::string(251, ' ') + "+1";
+    ASSERT_EQ(note254.size(), 254u);
+    ASSERT_EQ(expression254.size(), 254u);
+
+    Relation r;
+    ASSERT_EQ(r.setName(name19), 1);
+    ASSERT_EQ(r.setNote(note254), 1);
+    ASSERT_EQ(r.setExpression(expression254), 1);
+    bool ok = false;
+    auto back = readRecord(recordOf(r), &ok);
+    ASSERT_TRUE(ok);
+    auto* rb = dynamic_cast<Relation*>(back.get());
+    ASSERT_NE(rb, nullptr);
+    EXPECT_EQ(rb->name, name19);
+    EXPECT_EQ(rb->note, note254);
+    EXPECT_EQ(rb->expression, expression254);
+    const double x = 2.5;
+    EXPECT_EQ(rb->evaluate(1, {"x"}, &x), 3.5);
+
+    struct Refused {
+        int (*set)(Relation&, const std::string&);
+        std::string value;
+        const char* text;
+    };
+    auto setName = [](Relation& f, const std::string& v) { return f.setName(v); };
+    auto setNote = [](Relation& f, const std::string& v) { return f.setNote(v); };
+    auto setExpression = [](Relation& f, const std::string& v) { return f.setExpression(v); };
+    const Refused refused[] = {
+        {setName, name19 + "t", kFactorNameTooLongText},
+        {setName, "a\tb", kWrongFactorNameText},  // the reader keeps the first word only
+        {setName, "a.b", kWrongFactorNameText},
+        {setName, "", kWrongFactorNameText},
+        {setNote, note254 + "n", kNoteTooLongText},
+        {setNote, "two\nlines", kNoteTooLongText},
+        {setNote, "ends in a return\r", kNoteTooLongText},
+        {setExpression, "x" + std::string(252, ' ') + "+1", kRelationTooLongText},
+        {setExpression, "x +\n1", kRelationTooLongText},
+    };
+    for (const Refused& c : refused) {
+        r.errorText = "No errors";
+        EXPECT_EQ(c.set(r, c.value), 0) << c.value;
+        EXPECT_EQ(r.errorText, c.text) << c.value;
+        EXPECT_EQ(recordOf(r), recordOf(*rb)) << c.value;
+    }
+}
+
 TEST(FactorRecord, TriangularOutOfOrderKeepsLoading) {
     bool ok = false;
     auto f = readRecord("Triangular\nt\n\n1\t0\t5\t2\n", &ok);
