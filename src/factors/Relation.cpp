@@ -98,7 +98,11 @@ int Relation::renameFactor(const std::string& oldName, const std::string& newNam
     auto it = std::find(factorNames.begin(), factorNames.end(), oldName);
     if (it == factorNames.end()) return 0;
     *it = newName;
+    setExpression(renamedExpression(oldName, newName));
+    return 1;
+}
 
+std::string Relation::renamedExpression(const std::string& oldName, const std::string& newName) const {
     std::string renamed;
     std::size_t from = 0;
     if (!oldName.empty()) {
@@ -110,8 +114,7 @@ int Relation::renameFactor(const std::string& oldName, const std::string& newNam
         }
     }
     renamed.append(expression, from, std::string::npos);
-    setExpression(renamed);
-    return 1;
+    return renamed;
 }
 
 void Relation::writeData(std::ostream& out) const {

@@ -47,6 +47,9 @@ public:
     int usesFactor(const std::string& factorName) const;
     // Renames a used factor inside the expression; 0 if oldName is not used.
     int renameFactor(const std::string& oldName, const std::string& newName);
+    // The text renameFactor hands to setExpression: every plain occurrence of
+    // oldName replaced by newName.
+    std::string renamedExpression(const std::string& oldName, const std::string& newName) const;
 
     std::string expression;
     // Names the expression uses, in the sorted order of the evaluator's symbol
