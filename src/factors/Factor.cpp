@@ -31,7 +31,7 @@ int Factor::setName(const std::string& newName) {
         errorText = fault;
         return 0;
     }
-    name = newName;
+    name_ = newName;
     return 1;
 }
 
@@ -40,12 +40,12 @@ int Factor::setNote(const std::string& text) {
         errorText = kNoteTooLongText;
         return 0;
     }
-    note = text;
+    note_ = text;
     return 1;
 }
 
 void Factor::write(std::ostream& out) const {
-    out << typeName << '\n' << name << '\n' << note << '\n' << status;
+    out << typeName_ << '\n' << name_ << '\n' << note_ << '\n' << status;
     writeData(out);
 }
 
@@ -61,8 +61,8 @@ int Factor::read(std::istream& in) {
     if (!readLine(in, text, kNoteLineBytes)) return 0;
     int32_t st = 0;
     if (!(in >> st)) return 0;
-    name = word;
-    note = text;
+    name_ = word;
+    note_ = text;
     status = st;
     return readData(in);
 }

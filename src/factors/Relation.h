@@ -51,10 +51,10 @@ public:
     // oldName replaced by newName.
     std::string renamedExpression(const std::string& oldName, const std::string& newName) const;
 
-    std::string expression;
+    const std::string& expression() const { return expression_; }
     // Names the expression uses, in the sorted order of the evaluator's symbol
     // table, without repeats.
-    std::vector<std::string> factorNames;
+    const std::vector<std::string>& factorNames() const { return factorNames_; }
 
 protected:
     // Nothing on the data line; the expression follows on a line of its own,
@@ -63,6 +63,10 @@ protected:
     int readData(std::istream& in) override;
 
 private:
+    // Set together by setExpression (renameFactor excepted, see there).
+    std::string expression_;
+    std::vector<std::string> factorNames_;
+
     void bindUsedFactors(int count, const std::vector<std::string>& names, std::vector<std::string>& bound,
                          std::vector<int>& columns) const;
 

@@ -43,8 +43,8 @@ TEST_F(SteinImport, FullImportBuildsEmpiricalUniforms) {
     const std::string path = file("3\n3 trailing words\nx\ny\nz\n3 1 1\n1 2 2\n2 1 2\n");
     ASSERT_EQ(list.importStein(path, 1), 1) << list.errorText;
     ASSERT_EQ(list.factorCount(), 3);
-    EXPECT_EQ(list.getFactor(0)->name, "x");
-    EXPECT_EQ(list.getFactor(2)->typeName, "Uniform");
+    EXPECT_EQ(list.getFactor(0)->name(), "x");
+    EXPECT_EQ(list.getFactor(2)->typeName(), "Uniform");
     EXPECT_EQ(list.steinFileName, path);
     EXPECT_EQ(list.correlationMode, 2);  // a full import sets no Stein correlation
     EXPECT_EQ(list.correlatableCount(), 3);
@@ -100,8 +100,8 @@ TEST_F(SteinImport, AttachKeepsFactorsAndSetsSteinMode) {
     list.addFactor(named<Gamma>("b"));
     ASSERT_EQ(list.importStein(file("2\n2\nfirst\nsecond\n0.5 7\n-1e3 8.25\n"), 2), 1) << list.errorText;
     EXPECT_EQ(list.factorCount(), 2);
-    EXPECT_EQ(list.getFactor(0)->typeName, "Normal");
-    EXPECT_EQ(list.getFactor(1)->name, "b");
+    EXPECT_EQ(list.getFactor(0)->typeName(), "Normal");
+    EXPECT_EQ(list.getFactor(1)->name(), "b");
     EXPECT_EQ(list.correlationMode, 3);
     EXPECT_EQ(list.steinInfo.value(1, 0), -1000.0);
     EXPECT_EQ(list.steinInfo.value(1, 1), 8.25);
