@@ -57,14 +57,14 @@ PrepConfiguration makeConfiguration(int32_t rows) {
     PrepConfiguration config;
     for (int i = 0; i < 10; ++i) {
         auto n = std::make_unique<Normal>();
-        n->name = std::string(1, 'n').append(std::to_string(i));
+        n->setName(std::string(1, 'n').append(std::to_string(i)));
         n->setMean(double(i));
         n->setStdDeviation(1.0 + 0.1 * i);
         config.factors.addFactor(std::move(n));
     }
     for (int i = 0; i < 10; ++i) {
         auto u = std::make_unique<Uniform>();
-        u->name = std::string(1, 'u').append(std::to_string(i));
+        u->setName(std::string(1, 'u').append(std::to_string(i)));
         u->clear();
         u->addInterval(std::make_unique<Interval>(-double(i), double(i + 1), 1.0));
         config.factors.addFactor(std::move(u));

@@ -32,6 +32,8 @@ inline constexpr const char* kPanelFactorSource = "Using factors from panel";
 // Ends each row of factorOrder.
 inline constexpr uint32_t kOrderRowEnd = 0xFFFFFFFFu;
 
+inline constexpr const char* kFactorNameInUseText = "   The name of this factor is already in use";
+
 class FactorList {
 public:
     FactorList() = default;
@@ -48,11 +50,22 @@ public:
     // diagonal. The sampling order is computed anew.
     int addFactor(std::unique_ptr<Factor> factor);
     // Removes factor i, its node (its links dissolved, see
-    // DependenceTree::unlink) and its matrix row and column.
+    // DependenceTree::unlink) and its matrix row and column. Refused, with
+    // errorText naming the relation, while another factor that is a relation
+    // uses its name: that relation would read 0.0 for it.
     int removeFactor(int i);
     // Puts another factor (a changed kind, say) in place i, keeping its node.
-    // A factor in a tree link can't become Constant or Relation.
+    // A factor in a tree link can't become Constant or Relation. A new name is
+    // taken as renameFactor takes it.
     int replaceFactor(int i, std::unique_ptr<Factor> factor);
+    // Gives factor i a new name, and the relations that use the old one
+    // follow it: Relation::renameFactor replaces every plain occurrence of the
+    // old name in their expressions. Refused, with errorText and nothing
+    // changed, for a name the factor can't take, a name another factor holds,
+    // and a relation that can't follow: its renamed expression would be
+    // refused, or would use other names than the renamed one (renaming "a"
+    // also turns "ab" into "<new>b"), which would then read 0.0.
+    int renameFactor(int i, const std::string& newName);
     // Empties the list: factors, nodes, matrix, order, Stein sample; the
     // correlation mode returns to none. The source text stays.
     void clear();
@@ -128,6 +141,11 @@ public:
     std::string errorText = "No errors";
 
 private:
+    // Whether the name of factor i may become newName (see renameFactor),
+    // leaving aside the relation in place `skip`; errorText when not.
+    bool renameAllowed(int i, const std::string& newName, int skip);
+    // The relations but the one in place `skip` take the new name.
+    void followRename(const std::string& oldName, const std::string& newName, int skip);
     int readCorrelationPart(std::istream& in);
     // addFactor without the new sampling order, for the file reader.
     void appendFactor(std::unique_ptr<Factor> factor);

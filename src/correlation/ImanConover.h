@@ -43,7 +43,7 @@ public:
 
     // 1 unless the target was found not positive semidefinite (or, rarely,
     // the working file of the table could not be written or read).
-    int isValid() const { return failed ? 0 : 1; }
+    int isValid() const { return failed_ ? 0 : 1; }
     // Rank from 0 to N-1 of `row` in `column`; 0 when the table failed or the
     // place is outside it. Callers that must not collapse a column test
     // isValid first.
@@ -57,7 +57,6 @@ public:
     // transposition (upper triangular), zero where the decomposition stopped.
     std::vector<double> target;
     std::vector<double> cholesky;
-    int failed = 0;
 
 private:
     void build(const float* matrix);
@@ -66,6 +65,7 @@ private:
     void decompose();
     void correlateAndRank();
 
+    int failed_ = 0;
     int32_t factorCount_ = 0;
     int32_t rowCount_ = 0;
     int32_t seed_ = -defaultSeed;

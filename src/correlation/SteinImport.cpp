@@ -23,6 +23,7 @@ constexpr const char* kNoFactorsText = "Error loading stein file. No factors to 
 constexpr const char* kCountText =
     "Error loading stein file. The number of imported factors is different from the loaded configuration.";
 constexpr const char* kCorruptText = "Error loading stein file. Current data may be inconsistent or corrupt.";
+constexpr const char* kNameText = "Error loading stein file. ";
 
 // Names are read by a line read into 256 bytes.
 constexpr std::size_t kSteinNameLineBytes = 256;
@@ -106,7 +107,12 @@ int FactorList::importStein(const std::string& fileName, int mode) {
         }
         if (mode == 1) {
             auto factor = std::make_unique<Uniform>();
-            factor->name = name;
+            // A name the factor cannot take would be saved into a factor
+            // file that no longer loads.
+            if (!factor->setName(name)) {
+                errorText = std::string(kNameText) + factor->errorText;
+                return 0;
+            }
             addFactor(std::move(factor));
         }
     }

@@ -9,14 +9,14 @@
 namespace tarvex {
 
 Beta::Beta() {
-    typeName = "Beta";
-    name = "nonameBeta";
+    setTypeName("Beta");
+    setDefaultName("nonameBeta");
     updateDerived();
 }
 
 Beta::Beta(const Beta& other)
     : Distribution(other), alfa(other.alfa), beta(other.beta), lower(other.lower), upper(other.upper) {
-    typeName = "Beta";
+    setTypeName("Beta");
     updateDerived();
 }
 

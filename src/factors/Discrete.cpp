@@ -7,14 +7,14 @@
 namespace tarvex {
 
 Discrete::Discrete() {
-    typeName = "Discrete";
-    name = "nonameDisc";
+    setTypeName("Discrete");
+    setDefaultName("nonameDisc");
     intervals.append(std::make_unique<Interval>(0.0, 1.0, 0.5));
     intervals.append(std::make_unique<Interval>(1.0, 2.0, 0.5));
 }
 
 Discrete::Discrete(const Discrete& other) : Distribution(other) {
-    typeName = "Discrete";
+    setTypeName("Discrete");
     for (const auto& src : other.intervals.items) {
         auto point = std::make_unique<Interval>();
         point->left = src->left;

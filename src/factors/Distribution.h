@@ -37,11 +37,13 @@ public:
     // Density at x (for a discrete factor, the mass of the point).
     virtual double density(double x) const = 0;
 
-    void clearTable() { table.clear(); }
-
-    std::vector<TablePoint> table;
+    void clearTable() { table_.clear(); }
+    // Empty, or the 101 points inverse searches in.
+    const std::vector<TablePoint>& table() const { return table_; }
 
 protected:
+    std::vector<TablePoint> table_;
+
     // How inverse maps u, picks its table cell and ends its search.
     virtual InverseRule inverseRule() const { return InverseRule{}; }
 };

@@ -7,14 +7,14 @@
 namespace tarvex {
 
 Exponential::Exponential() {
-    typeName = "Exponential";
-    name = "nonameExpo";
+    setTypeName("Exponential");
+    setDefaultName("nonameExpo");
     leftTruncation = 0.0;
 }
 
 Exponential::Exponential(const Exponential& other)
     : TruncatedDistribution(other), lambda(other.lambda), b(other.b) {
-    typeName = "Exponential";
+    setTypeName("Exponential");
 }
 
 double Exponential::cumulative(double x) const {

@@ -9,15 +9,15 @@
 namespace tarvex {
 
 Gamma::Gamma() {
-    typeName = "Gamma";
-    name = "nonameGamma";
+    setTypeName("Gamma");
+    setDefaultName("nonameGamma");
     leftTruncation = 0.0;
     gammaOfR = std::exp(lnGamma(r));
 }
 
 Gamma::Gamma(const Gamma& other)
     : TruncatedDistribution(other), r(other.r), lambda(other.lambda), b(other.b), gammaOfR(other.gammaOfR) {
-    typeName = "Gamma";
+    setTypeName("Gamma");
 }
 
 double Gamma::stdDev() const {

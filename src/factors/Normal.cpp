@@ -7,13 +7,13 @@
 namespace tarvex {
 
 Normal::Normal() {
-    typeName = "Normal";
-    name = "nonameNorm";
+    setTypeName("Normal");
+    setDefaultName("nonameNorm");
 }
 
 Normal::Normal(const Normal& other)
     : TruncatedDistribution(other), meanValue(other.meanValue), stdDeviation(other.stdDeviation) {
-    typeName = "Normal";
+    setTypeName("Normal");
 }
 
 double Normal::cumulative(double x) const {
@@ -21,7 +21,7 @@ double Normal::cumulative(double x) const {
 }
 
 void Normal::inverseMany(double* values, int64_t count) const {
-    InverseSearch::many(table, inverseRule(), [this](double x) { return normalCumulative(x); }, values, count);
+    InverseSearch::many(table_, inverseRule(), [this](double x) { return normalCumulative(x); }, values, count);
 }
 
 double Normal::density(double x) const {

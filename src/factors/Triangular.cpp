@@ -7,13 +7,13 @@
 namespace tarvex {
 
 Triangular::Triangular() {
-    typeName = "Triangular";
-    name = "nonameTriang";
+    setTypeName("Triangular");
+    setDefaultName("nonameTriang");
 }
 
 Triangular::Triangular(const Triangular& other)
     : Distribution(other), alfa(other.alfa), beta(other.beta), gamma(other.gamma) {
-    typeName = "Triangular";
+    setTypeName("Triangular");
     updateDerived();
 }
 

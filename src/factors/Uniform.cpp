@@ -7,13 +7,13 @@
 namespace tarvex {
 
 Uniform::Uniform() {
-    typeName = "Uniform";
-    name = "nonameUnif";
+    setTypeName("Uniform");
+    setDefaultName("nonameUnif");
     intervals.append(std::make_unique<Interval>());
 }
 
 Uniform::Uniform(const Uniform& other) : Distribution(other) {
-    typeName = "Uniform";
+    setTypeName("Uniform");
     copyIntervals(other, false);
 }
 

@@ -74,7 +74,7 @@ protected:
         auto cumulativeOfSpans = [first, n, &share](double x) {
             return cumulativeOver(n, [first](std::size_t k) -> const Span& { return first[k]; }, share, x);
         };
-        InverseSearch::many(table, inverseRule(), cumulativeOfSpans, values, count);
+        InverseSearch::many(table_, inverseRule(), cumulativeOfSpans, values, count);
     }
     // Density inside an interval.
     virtual double intervalDensity(const Interval& iv, double x) const;

@@ -9,14 +9,14 @@
 namespace tarvex {
 
 Weibull::Weibull() {
-    typeName = "Weibull";
-    name = "nonameWeib";
+    setTypeName("Weibull");
+    setDefaultName("nonameWeib");
     leftTruncation = 0.0;
 }
 
 Weibull::Weibull(const Weibull& other)
     : TruncatedDistribution(other), beta(other.beta), n(other.n), b(other.b) {
-    typeName = "Weibull";
+    setTypeName("Weibull");
 }
 
 double Weibull::mean() const {

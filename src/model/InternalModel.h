@@ -10,6 +10,7 @@
 // is part of the model's result. evaluate() gets there without reading the
 // texts again for every row (see ModelProgram.h); evaluateText() is the
 // reference that builds and parses the text of every equation for every row.
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
@@ -23,9 +24,22 @@ namespace tarvex {
 
 class ModelProgram;
 
+// Refusals of what the model file could not give back.
+inline constexpr const char* kModelLineText =
+    "The model file keeps each name and expression on one line of at most 4095 characters";
+inline constexpr const char* kModelNameLengthText = "A name of the model can hold at most 1000 characters";
+
 class InternalModel {
 public:
     static constexpr int kMaxExpressions = 500;
+    // The longest line the file reader keeps: the model's name, its path and
+    // every expression text fit one such line, or are refused with
+    // kModelLineText.
+    static constexpr std::size_t kMaxLineLength = 4095;
+    // The longest name the calculator can bind. The reader checks every
+    // expression again with all names before it bound, so a longer variable
+    // or expression name is refused with kModelNameLengthText.
+    static constexpr std::size_t kMaxNameLength = 1000;
     // The file reader refuses a count above this one, so a model of exactly
     // kMaxExpressions expressions can be edited and saved but not read back.
     static constexpr int kMaxReadExpressions = 499;
@@ -38,11 +52,11 @@ public:
     InternalModel& operator=(InternalModel&& other) noexcept;
 
     const std::string& name() const { return name_; }
-    // An empty name gives "noname".
-    void setName(const std::string& name);
+    // An empty name, or one of blanks only, gives "noname".
+    int setName(const std::string& name);
     const std::string& fileName() const { return fileName_; }
     // An empty path gives "nofile".
-    void setFileName(const std::string& path);
+    int setFileName(const std::string& path);
     const std::string& errorText() const { return errorText_; }
     void clearError() { errorText_ = "noerror"; }
 
@@ -101,7 +115,8 @@ public:
     // So ab is not found in "abc+ab". Usage tracking and the refusal to delete
     // depend on exactly this answer.
     static bool usesName(const std::string& name, const std::string& text);
-    // The name rule shared by variables and expressions.
+    // The name rule shared by variables and expressions. Control characters
+    // are refused too: a name is one word on a line of the model file.
     static bool validName(const std::string& name);
 
 private:

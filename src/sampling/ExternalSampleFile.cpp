@@ -83,8 +83,7 @@ int PrepConfiguration::loadExternalSample(const std::string& fileName) try {
         std::string name;
         ok = readName(in, name);
         if (ok) {
-            auto factor = std::make_unique<Dummy>();
-            factor->name = name;
+            auto factor = std::make_unique<Dummy>(name);
             ok = loaded.factors.addFactor(std::move(factor)) == 1;
         }
     }

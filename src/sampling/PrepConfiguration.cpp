@@ -84,7 +84,7 @@ void PrepConfiguration::prepareGeneration() {
     factors.computeFactorOrder();
     const int count = factors.factorCount();
     factorNames.assign(size_t(count), std::string());
-    for (int i = 0; i < count; ++i) factorNames[size_t(i)] = factors.getFactor(i)->name.substr(0, kFactorNameField);
+    for (int i = 0; i < count; ++i) factorNames[size_t(i)] = factors.getFactor(i)->name().substr(0, kFactorNameField);
     for (int i = 0; i < count; ++i)
         if (factors.isRelation(i) == 1) static_cast<Relation*>(factors.getFactor(i))->prepareRows(count, factorNames);
     if (sampler) sampler->reset();

@@ -112,7 +112,7 @@ TEST_F(FactorFileFuzz, MutatedFilesNeverHurt) {
         if (!readFactorListInto(in, list)) {
             ++refused;
             ASSERT_EQ(list.factorCount(), 1) << damaged;
-            ASSERT_EQ(list.getFactor(0)->name, "keep");
+            ASSERT_EQ(list.getFactor(0)->name(), "keep");
             continue;
         }
         ++loaded;

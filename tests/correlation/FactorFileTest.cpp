@@ -41,7 +41,7 @@ FactorList callersList() {
 TEST_F(FactorFile, ExactTextOfASmallList) {
     FactorList list;
     auto n = named<Normal>("x1");
-    n->note = "  spaced ";
+    EXPECT_EQ(n->setNote("  spaced "), 1);
     n->setMean(1.23456789);
     n->setStdDeviation(2.0);
     list.addFactor(std::move(n));
@@ -96,14 +96,14 @@ TEST_F(FactorFile, EveryKindRoundTripsByteForByte) {
 
     ASSERT_EQ(list.factorCount(), 12);
     for (int i = 0; i < 12; ++i) {
-        EXPECT_EQ(list.getFactor(i)->typeName, original.getFactor(i)->typeName);
-        EXPECT_EQ(list.getFactor(i)->name, original.getFactor(i)->name);
+        EXPECT_EQ(list.getFactor(i)->typeName(), original.getFactor(i)->typeName());
+        EXPECT_EQ(list.getFactor(i)->name(), original.getFactor(i)->name());
     }
     // Six significant digits: the mean comes back rounded.
     EXPECT_EQ(dynamic_cast<Normal*>(list.getFactor(0))->getMean(), 1.23457);
     EXPECT_EQ(dynamic_cast<Normal*>(list.getFactor(0))->getLeftTruncation(), 0.01);
-    EXPECT_EQ(list.getFactor(0)->note, "  blanks kept  ");
-    EXPECT_EQ(dynamic_cast<Relation*>(list.getFactor(11))->factorNames,
+    EXPECT_EQ(list.getFactor(0)->note(), "  blanks kept  ");
+    EXPECT_EQ(dynamic_cast<Relation*>(list.getFactor(11))->factorNames(),
               (std::vector<std::string>{"konst", "norm"}));
     EXPECT_EQ(dynamic_cast<Uniform*>(list.getFactor(8))->intervalAt(1)->weight, 0.7);
     EXPECT_EQ(list.tree().node(4).parent, 3);
@@ -184,7 +184,7 @@ TEST_F(FactorFile, TruncatedAtEveryLine) {
         if (expected == loads.end()) {
             EXPECT_EQ(ok, 0) << "prefix of " << k << " lines";
             ASSERT_EQ(list.factorCount(), 1);
-            EXPECT_EQ(list.getFactor(0)->name, "keep");
+            EXPECT_EQ(list.getFactor(0)->name(), "keep");
         } else {
             EXPECT_EQ(ok, 1) << "prefix of " << k << " lines";
             EXPECT_EQ(list.factorCount(), expected->second) << "prefix of " << k << " lines";
@@ -202,13 +202,13 @@ TEST_F(FactorFile, NamesTypesAndCounts) {
         std::istringstream in(text);
         FactorList list;
         ASSERT_EQ(list.read(in), 1);
-        EXPECT_EQ(list.getFactor(0)->name, "abcdefghijklmnopqrs");
+        EXPECT_EQ(list.getFactor(0)->name(), "abcdefghijklmnopqrs");
     }
     const auto failsOver = [](const std::string& damaged) {
         std::istringstream in(damaged);
         FactorList list = callersList();
         const int ok = readFactorListInto(in, list);
-        return ok == 0 && list.factorCount() == 1 && list.getFactor(0)->name == "keep";
+        return ok == 0 && list.factorCount() == 1 && list.getFactor(0)->name() == "keep";
     };
     std::string longName = text;
     longName.replace(longName.find("abcdefghijklmnopqrs"), 19, "abcdefghijklmnopqrst");
@@ -285,7 +285,7 @@ TEST_F(FactorFile, DamagedCorrelationPartsFail) {
     shortMatrix.replace(shortMatrix.find("1\t0\t0\t\n"), 7, "1\t0\t\n");
     std::istringstream in2(shortMatrix);
     EXPECT_EQ(readFactorListInto(in2, list), 0);
-    EXPECT_EQ(list.getFactor(0)->name, "keep");
+    EXPECT_EQ(list.getFactor(0)->name(), "keep");
 }
 
 TEST_F(FactorFile, ReaderStopsAfterItsRecord) {
@@ -311,7 +311,7 @@ TEST_F(FactorFile, FileMessages) {
     test::writeFile(dir.file("junk.fac"), "Default Truncations:\nnot numbers\n");
     EXPECT_EQ(loadFactorFile(dir.file("junk.fac"), list, err), 0);
     EXPECT_EQ(err, "Error reading factors file");
-    EXPECT_EQ(list.getFactor(0)->name, "keep");
+    EXPECT_EQ(list.getFactor(0)->name(), "keep");
     EXPECT_EQ(list.sourceText, "Using factors from panel");
 
     EXPECT_EQ(saveFactorFile(dir.file("no/dir/x.fac"), list, err), 0);

@@ -33,7 +33,7 @@ protected:
 template <class T>
 std::unique_ptr<T> named(const char* name) {
     auto f = std::make_unique<T>();
-    f->name = name;
+    EXPECT_EQ(f->setName(name), 1);
     return f;
 }
 
@@ -44,7 +44,7 @@ std::unique_ptr<T> named(const char* name) {
 inline FactorList everyKindList() {
     FactorList list;
     auto n = named<Normal>("norm");
-    n->note = "  blanks kept  ";
+    EXPECT_EQ(n->setNote("  blanks kept  "), 1);
     n->setMean(1.23456789);
     n->setStdDeviation(0.5);
     n->setTruncations(0.01, 0.98);

@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <sstream>
 
 #include "FactorListSamples.h"
 #include "factors/Dummy.h"
+#include "factors/FactorName.h"
 
 namespace tarvex {
 namespace {
@@ -66,6 +68,108 @@ TEST(FactorList, CountsAndMatrixGrowth) {
     EXPECT_EQ(list.tree().node(1).factorName, "c2");
 }
 
+// The whole state of a list, as its factor file holds it.
+std::string fileText(const FactorList& list) {
+    std::ostringstream out;
+    list.write(out);
+    return out.str();
+}
+
+Relation* relationAt(const FactorList& list, int i) { return dynamic_cast<Relation*>(list.getFactor(i)); }
+
+// Value of relation i on a row given in list order.
+double relationValue(const FactorList& list, int i, const std::vector<double>& row) {
+    std::vector<std::string> names;
+    for (int f = 0; f < list.factorCount(); ++f) names.push_back(list.getFactor(f)->name());
+    return relationAt(list, i)->evaluate(list.factorCount(), names, row.data());
+}
+
+// x, k = 2, r1 = x * x + k, r2 = r1 / 2 + x, xb, r3 = x + xb.
+FactorList relationList() {
+    FactorList list;
+    list.addFactor(named<Normal>("x"));
+    auto k = named<Constant>("k");
+    k->value = 2.0;
+    list.addFactor(std::move(k));
+    auto r1 = named<Relation>("r1");
+    EXPECT_EQ(r1->setExpression("x * x + k"), 1);
+    list.addFactor(std::move(r1));
+    auto r2 = named<Relation>("r2");
+    EXPECT_EQ(r2->setExpression("r1 / 2 + x"), 1);
+    list.addFactor(std::move(r2));
+    list.addFactor(named<Normal>("xb"));
+    auto r3 = named<Relation>("r3");
+    EXPECT_EQ(r3->setExpression("x + xb"), 1);
+    list.addFactor(std::move(r3));
+    return list;
+}
+
+TEST(FactorList, RenamesFollowIntoRelations) {
+    FactorList list = relationList();
+    const std::string start = fileText(list);
+    // Every plain occurrence of the name changes, so renaming x would also
+    // turn xb into speedb, a factor there is not: refused, nothing changes.
+    EXPECT_EQ(list.renameFactor(0, "speed"), 0);
+    EXPECT_EQ(list.errorText, "   Relation r3 can't follow the new name: its expression would become speed + speedb");
+    EXPECT_EQ(fileText(list), start);
+    EXPECT_EQ(list.renameFactor(0, "k"), 0);
+    EXPECT_EQ(list.errorText, kFactorNameInUseText);
+    EXPECT_EQ(list.renameFactor(0, "a.b"), 0);
+    EXPECT_EQ(list.errorText, kWrongFactorNameText);
+    EXPECT_EQ(list.replaceFactor(0, named<Uniform>("k")), 0);
+    EXPECT_EQ(list.errorText, kFactorNameInUseText);
+    EXPECT_EQ(fileText(list), start);
+
+    ASSERT_EQ(list.renameFactor(4, "w"), 1);
+    EXPECT_EQ(relationAt(list, 5)->expression(), "x + w");
+    ASSERT_EQ(list.renameFactor(0, "speed"), 1);
+    EXPECT_EQ(list.getFactor(0)->name(), "speed");
+    EXPECT_EQ(list.tree().node(0).factorName, "speed");
+    EXPECT_EQ(relationAt(list, 2)->expression(), "speed * speed + k");
+    EXPECT_EQ(relationAt(list, 3)->expression(), "r1 / 2 + speed");
+    EXPECT_EQ(relationAt(list, 5)->expression(), "speed + w");
+    // speed 3, k 2, r1 3 * 3 + 2 = 11, r2 11 / 2 + 3 = 8.5, w 0.25, r3 3.25.
+    const std::vector<double> row = {3.0, 2.0, 11.0, 0.0, 0.25, 0.0};
+    EXPECT_EQ(relationValue(list, 2, row), 11.0);
+    EXPECT_EQ(relationValue(list, 3, row), 8.5);
+    EXPECT_EQ(relationValue(list, 5, row), 3.25);
+
+    // A new kind under a new name is a rename too.
+    ASSERT_EQ(list.replaceFactor(0, named<Uniform>("u")), 1);
+    EXPECT_EQ(relationAt(list, 2)->expression(), "u * u + k");
+    EXPECT_EQ(relationValue(list, 3, {-1.0, 2.0, 3.0, 0.0, 0.0, 0.0}), 0.5);  // 3 / 2 - 1
+
+    // A relation whose expression would outgrow its line keeps the old name.
+    auto r4 = named<Relation>("r4");
+    ASSERT_EQ(r4->setExpression("k" + std::string(250, ' ') + "+k"), 1);  // 253 characters
+    list.addFactor(std::move(r4));
+    const std::string withR4 = fileText(list);
+    EXPECT_EQ(list.renameFactor(1, "kk"), 0);
+    EXPECT_EQ(list.errorText, std::string("   Relation r4 can't follow the new name: ") + kRelationTooLongText);
+    EXPECT_EQ(fileText(list), withR4);
+}
+
+TEST(FactorList, FactorsInUseByARelationStay) {
+    FactorList list = relationList();
+    const std::string start = fileText(list);
+    EXPECT_EQ(list.removeFactor(1), 0);
+    EXPECT_EQ(list.errorText, "   Factor k is used by relation r1 and can't be removed");
+    EXPECT_EQ(list.removeFactor(2), 0);
+    EXPECT_EQ(list.errorText, "   Factor r1 is used by relation r2 and can't be removed");
+    EXPECT_EQ(list.removeFactor(4), 0);
+    EXPECT_EQ(list.errorText, "   Factor xb is used by relation r3 and can't be removed");
+    EXPECT_EQ(fileText(list), start);
+
+    // Once their users are gone, they go.
+    ASSERT_EQ(list.removeFactor(5), 1);
+    ASSERT_EQ(list.removeFactor(4), 1);
+    ASSERT_EQ(list.removeFactor(3), 1);
+    ASSERT_EQ(list.removeFactor(2), 1);
+    ASSERT_EQ(list.removeFactor(1), 1);
+    ASSERT_EQ(list.factorCount(), 1);
+    EXPECT_EQ(list.getFactor(0)->name(), "x");
+}
+
 TEST(FactorList, CopiesEveryFactorByItsClass) {
     FactorList list = test::everyKindList();
     list.addFactor(named<Dummy>("dum"));
@@ -74,28 +178,28 @@ TEST(FactorList, CopiesEveryFactorByItsClass) {
     ASSERT_EQ(copy.factorCount(), list.factorCount());
     for (int i = 0; i < list.factorCount(); ++i) {
         EXPECT_NE(copy.getFactor(i), list.getFactor(i));
-        EXPECT_EQ(copy.getFactor(i)->typeName, list.getFactor(i)->typeName);
+        EXPECT_EQ(copy.getFactor(i)->typeName(), list.getFactor(i)->typeName());
         EXPECT_EQ(copy.getFactor(i)->getType(), list.getFactor(i)->getType());
-        EXPECT_EQ(copy.getFactor(i)->name, list.getFactor(i)->name);
+        EXPECT_EQ(copy.getFactor(i)->name(), list.getFactor(i)->name());
     }
     EXPECT_EQ(dynamic_cast<Discrete*>(copy.getFactor(10))->count(), 3);
-    EXPECT_EQ(dynamic_cast<Relation*>(copy.getFactor(11))->expression, "norm * 2 + konst");
+    EXPECT_EQ(dynamic_cast<Relation*>(copy.getFactor(11))->expression(), "norm * 2 + konst");
     EXPECT_EQ(copy.tree().node(4).parent, 3);
     EXPECT_EQ(copy.correlationMatrix(), list.correlationMatrix());
     EXPECT_EQ(copy.steinInfo.value(1, 0), -3.25);
     EXPECT_EQ(copy.sourceText, "/some/file.fac");
 
     // The copy is independent of its source.
-    copy.getFactor(0)->name = "changed";
+    EXPECT_EQ(copy.getFactor(0)->setName("changed"), 1);
     copy.unlinkFactor(0);
-    EXPECT_EQ(list.getFactor(0)->name, "norm");
+    EXPECT_EQ(list.getFactor(0)->name(), "norm");
     EXPECT_EQ(list.tree().node(1).parent, 0);
 
     FactorList assigned;
     assigned.addFactor(named<Normal>("old"));
     assigned = list;
     EXPECT_EQ(assigned.factorCount(), 13);
-    EXPECT_EQ(assigned.getFactor(12)->typeName, "Dummy");
+    EXPECT_EQ(assigned.getFactor(12)->typeName(), "Dummy");
 }
 
 TEST(DependenceTree, LinksMovesAndRefusesCycles) {

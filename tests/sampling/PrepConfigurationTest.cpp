@@ -22,7 +22,7 @@ using namespace tarvex::test;
 
 std::unique_ptr<Discrete> discreteFactor(const std::string& name) {
     auto d = std::make_unique<Discrete>();
-    d->name = name;
+    EXPECT_EQ(d->setName(name), 1);
     d->clear();
     d->addPoint(std::make_unique<Interval>(1.0, 1.0, 0.25));
     d->addPoint(std::make_unique<Interval>(2.0, 2.0, 0.5));
@@ -240,8 +240,8 @@ TEST(PrepConfiguration, ExternalSampleFile) {
     EXPECT_EQ(config.hasStatistics, 1);
     EXPECT_EQ(config.sampleFile, dir.file("ext.txt"));
     ASSERT_EQ(config.factors.factorCount(), 2);
-    EXPECT_EQ(config.factors.getFactor(0)->name, "alpha");
-    EXPECT_EQ(config.factors.getFactor(1)->name, "b2") << "a digit after the first character is accepted";
+    EXPECT_EQ(config.factors.getFactor(0)->name(), "alpha");
+    EXPECT_EQ(config.factors.getFactor(1)->name(), "b2") << "a digit after the first character is accepted";
     ASSERT_TRUE(config.sampler);
     EXPECT_EQ(config.sampler->methodId, 5);
     EXPECT_EQ(config.sampler->numSamples, 3);

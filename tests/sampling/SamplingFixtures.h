@@ -22,7 +22,7 @@ using tarvex::test::spearman;
 
 inline std::unique_ptr<Uniform> uniformFactor(const std::string& name, double a = 0.0, double b = 1.0) {
     auto u = std::make_unique<Uniform>();
-    u->name = name;
+    EXPECT_EQ(u->setName(name), 1);
     u->clear();
     u->addInterval(std::make_unique<Interval>(a, b, 1.0));
     return u;
@@ -30,7 +30,7 @@ inline std::unique_ptr<Uniform> uniformFactor(const std::string& name, double a 
 
 inline std::unique_ptr<Normal> normalFactor(const std::string& name, double mean, double sd) {
     auto n = std::make_unique<Normal>();
-    n->name = name;
+    EXPECT_EQ(n->setName(name), 1);
     n->setMean(mean);
     n->setStdDeviation(sd);
     return n;
@@ -38,14 +38,14 @@ inline std::unique_ptr<Normal> normalFactor(const std::string& name, double mean
 
 inline std::unique_ptr<Constant> constantFactor(const std::string& name, double value) {
     auto c = std::make_unique<Constant>();
-    c->name = name;
+    EXPECT_EQ(c->setName(name), 1);
     c->value = value;
     return c;
 }
 
 inline std::unique_ptr<Relation> relationFactor(const std::string& name, const std::string& expression) {
     auto r = std::make_unique<Relation>();
-    r->name = name;
+    EXPECT_EQ(r->setName(name), 1);
     r->setExpression(expression);
     return r;
 }
