@@ -21,6 +21,6 @@ inline constexpr std::size_t kEnvironmentLineMax = 1023;
 //
 // One trailing carriage return is dropped, so that a file written with CRLF line
 // ends names the same directories and paths as one written with LF.
-bool readBoundedLine(std::istream& in, std::string& line, std::size_t maxChars = kEnvironmentLineMax);
+[[nodiscard]] bool readBoundedLine(std::istream& in, std::string& line, std::size_t maxChars = kEnvironmentLineMax);
 
 }  // namespace tarvex

@@ -107,7 +107,7 @@ int FactorList::importStein(const std::string& fileName, int mode) {
         if (mode == 1) {
             auto factor = std::make_unique<Uniform>();
             factor->name = name;
-            addFactor(std::move(factor));
+            (void)addFactor(std::move(factor));  // refused only when null
         }
     }
     steinFileName = fileName;

@@ -49,7 +49,7 @@ public:
     // of at most 19 characters holding one valid word), the note (at most 254
     // characters), the status and the parameters. Returns 0 and leaves the
     // stream in its fail state on any failure.
-    int read(std::istream& in);
+    [[nodiscard]] int read(std::istream& in);
 
     std::string errorText = "No errors";
     std::string typeName = "Factor";
@@ -62,7 +62,7 @@ protected:
     // newline of the record's data (the list adds the separating blank line).
     virtual void writeData(std::ostream& out) const;
     // Reads what writeData wrote; 0 with the stream's fail state on failure.
-    virtual int readData(std::istream& in);
+    [[nodiscard]] virtual int readData(std::istream& in);
 };
 
 } // namespace tarvex

@@ -12,7 +12,7 @@ namespace tarvex {
 // the stream that finds nothing fails as well. Trailing carriage returns are
 // dropped, so that files written with CRLF line ends read the same.
 // Returns true on success.
-bool readLine(std::istream& in, std::string& line, std::size_t bufferBytes);
+[[nodiscard]] bool readLine(std::istream& in, std::string& line, std::size_t bufferBytes);
 
 // Drops the carriage returns at the end of a line.
 void dropCarriageReturns(std::string& line);

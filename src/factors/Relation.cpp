@@ -57,7 +57,8 @@ double Relation::evaluate(int count, const std::vector<std::string>& names, cons
 
     Evaluator& ev = Evaluator::instance();
     ev.clearSymbols();
-    ev.evaluate(bindingProgram(bound, row.data(), expression));
+    // A failed evaluation still gives what the result name holds.
+    (void)ev.evaluate(bindingProgram(bound, row.data(), expression));
     return readBindingResult();
 }
 
@@ -79,7 +80,7 @@ double Relation::evaluateRow(const double* values) {
     }
     for (std::size_t i = 0; i < columns_.size(); ++i) gathered_[i] = values[columns_[i]];
     double result = 0.0;
-    compiled_.evaluate(gathered_.data(), result);
+    (void)compiled_.evaluate(gathered_.data(), result);  // a failure is kept in rowFailure()
     return result;
 }
 
@@ -105,7 +106,8 @@ int Relation::renameFactor(const std::string& oldName, const std::string& newNam
         }
     }
     renamed.append(expression, from, std::string::npos);
-    setExpression(renamed);
+    // A renamed text that its dry run refuses leaves the former one, as any refused text does.
+    (void)setExpression(renamed);
     return 1;
 }
 
@@ -120,7 +122,7 @@ int Relation::readData(std::istream& in) {
     skipLine(in);
     std::string text;
     if (!readLine(in, text, 255)) return 0;
-    setExpression(text);
+    (void)setExpression(text);
     return 1;
 }
 

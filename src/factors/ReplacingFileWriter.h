@@ -15,6 +15,6 @@ enum class WriteOutcome { Written, OpenFailed, WriteFailed };
 // link, a device) or no file can be made beside it, `path` is written
 // directly. On OpenFailed and WriteFailed the former file is untouched
 // (except in that direct case).
-WriteOutcome writeReplacingFile(const std::string& path, const std::function<void(std::ostream&)>& writer);
+[[nodiscard]] WriteOutcome writeReplacingFile(const std::string& path, const std::function<void(std::ostream&)>& writer);
 
 } // namespace tarvex

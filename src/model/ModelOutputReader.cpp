@@ -56,9 +56,10 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) {
     if (!data) return 0;
     int32_t runsWritten = 0;
     auto failed = [&]() {
-        data.close();
+        (void)data.close();  // failing already
         runCount_ = runsWritten;
-        truncateDataFile(runTimes_.pointsBefore(runsWritten) * outputCount() * static_cast<int64_t>(sizeof(double)));
+        // Bytes left behind the complete runs are never read.
+        (void)truncateDataFile(runTimes_.pointsBefore(runsWritten) * outputCount() * static_cast<int64_t>(sizeof(double)));
         timeMode_ = 0;
         return 0;
     };
@@ -66,8 +67,7 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) {
     std::string line;
     int32_t variables = 0;
     in >> variables;
-    takeLine(in, line, kShortLine);
-    if (!in || variables < 1) return failed();
+    if (!takeLine(in, line, kShortLine) || variables < 1) return failed();
     for (int32_t k = 0; k < variables; ++k) {
         if (!takeLine(in, line, kNameLine)) return failed();
         std::string name = line.substr(0, line.find(' '));
@@ -85,19 +85,16 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) {
     }
 
     timeMode_ = 0;
-    takeThrough(in, '=', kShortLine);
-    takeLine(in, line, kShortLine);
+    if (!takeThrough(in, '=', kShortLine) || !takeLine(in, line, kShortLine)) return failed();
     {
         std::istringstream words(line);
         std::string word;
         // Exactly "yes": "Yes" is no time axis.
         if (words >> word && word == "yes") timeMode_ = 1;
     }
-    if (!in) return failed();
     long runs = 0;
     in >> runs;
-    takeLine(in, line, kShortLine);
-    if (!in || runs < 1 || runs > INT32_MAX) return failed();
+    if (!takeLine(in, line, kShortLine) || runs < 1 || runs > INT32_MAX) return failed();
     runCount_ = static_cast<int32_t>(runs);
 
     std::vector<double> values(static_cast<std::size_t>(variables));
@@ -105,8 +102,7 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) {
         const double noTime = 0.0;
         for (int32_t r = 0; r < runCount_; ++r) {
             for (double& v : values) in >> v;
-            takeLine(in, line, kShortLine);
-            if (!in) return failed();
+            if (!takeLine(in, line, kShortLine)) return failed();
             if (!data.write(values.data(), values.size())) return failed();
             runTimes_.append(&noTime, 1);
             ++runsWritten;
@@ -129,8 +125,7 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) {
             for (int32_t t = 0; t < points; ++t) {
                 in >> times[static_cast<std::size_t>(t)];
                 for (double& v : values) in >> v;
-                takeLine(in, line, kShortLine);
-                if (!in) return failed();
+                if (!takeLine(in, line, kShortLine)) return failed();
                 runValues.insert(runValues.end(), values.begin(), values.end());
             }
             if (!data.write(runValues.data(), runValues.size())) return failed();

@@ -151,9 +151,9 @@ void ModelConfiguration::read(std::istream& in) {
     finishLine(in);
     std::string directory;
     if (!readBoundedLine(in, directory, kDirectoryBuffer)) return;
-    Environment::instance().directories().setModelDirectory(directory);
+    (void)Environment::instance().directories().setModelDirectory(directory);
     if (!readBoundedLine(in, directory, kDirectoryBuffer)) return;
-    Environment::instance().directories().setModelOutputDirectory(directory);
+    (void)Environment::instance().directories().setModelOutputDirectory(directory);
 }
 
 } // namespace tarvex

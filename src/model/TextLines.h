@@ -13,15 +13,15 @@ namespace tarvex {
 // bufferSize - 1 characters fit, and a longer line fails the stream (as
 // istream::getline with a fixed buffer does). The line end is consumed, and a
 // carriage return before it dropped.
-bool readBoundedLine(std::istream& in, std::string& line, std::size_t bufferSize);
+[[nodiscard]] bool readBoundedLine(std::istream& in, std::string& line, std::size_t bufferSize);
 
 // Takes at most `limit` characters, stopping after a line end (which counts
 // among them and is not kept, nor a carriage return before it). What is left of a longer line stays in the
 // stream. Fails the stream only at the end of the input before any character.
-bool takeLine(std::istream& in, std::string& line, std::size_t limit);
+[[nodiscard]] bool takeLine(std::istream& in, std::string& line, std::size_t limit);
 
 // Takes characters up to and including `delimiter`, at most `limit` of them.
-bool takeThrough(std::istream& in, char delimiter, std::size_t limit);
+[[nodiscard]] bool takeThrough(std::istream& in, char delimiter, std::size_t limit);
 
 // Skips the rest of the current line, its line end included.
 void finishLine(std::istream& in);
