@@ -29,11 +29,11 @@ public:
     // no installation, and going on with it would repair and rewrite files below a
     // wrong directory (an empty one would mean the file system's root). The file is
     // then left as it is.
-    int read(const std::string& path);
+    [[nodiscard]] int read(const std::string& path);
 
     // Truncates and rewrites the file: installLine, newline, mark, newline.
     // Returns 0 when it can't be written; the start goes on regardless.
-    int write(const std::string& path) const;
+    [[nodiscard]] int write(const std::string& path) const;
 
     // The mark written back at each start: 0 becomes 1, any other value stays.
     static int markAfterStart(int mark) { return mark == 0 ? 1 : mark; }

@@ -113,7 +113,7 @@ int FactorList::importStein(const std::string& fileName, int mode) {
                 errorText = std::string(kNameText) + factor->errorText;
                 return 0;
             }
-            addFactor(std::move(factor));
+            (void)addFactor(std::move(factor));  // refused only when null
         }
     }
     steinFileName = fileName;

@@ -36,7 +36,7 @@ public:
     // Reads that block. Negative counts or missing numbers set the stream's
     // fail state and leave the sample as it was. With the flag at 0 the
     // sample is empty, keeping the column count; so it is without columns.
-    int read(std::istream& in);
+    [[nodiscard]] int read(std::istream& in);
 
 private:
     int32_t rows_ = 0;

@@ -19,7 +19,7 @@ public:
 
 protected:
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
 };
 
 } // namespace tarvex

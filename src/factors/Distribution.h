@@ -23,7 +23,7 @@ public:
 
     // Appends the 101 table points (the table is not emptied first: pair each
     // call with clearTable). Returns 0 when a search fails to converge.
-    virtual int prepareInverse();
+    [[nodiscard]] virtual int prepareInverse();
     virtual double mean() const = 0;
     virtual double stdDev() const = 0;
     // P(X <= x); -1.0 when the underlying numeric routine refuses its arguments.

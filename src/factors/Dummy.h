@@ -22,7 +22,7 @@ public:
     int getType() const override { return kDummy; }
     std::unique_ptr<Factor> clone() const override { return std::make_unique<Dummy>(*this); }
 
-    int prepareInverse() override { return 1; }
+    [[nodiscard]] int prepareInverse() override { return 1; }
     double mean() const override { return 0.0; }
     double stdDev() const override { return 0.0; }
     double cumulative(double) const override { return 0.0; }

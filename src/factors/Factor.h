@@ -56,7 +56,7 @@ public:
     // of at most 19 characters holding one valid word), the note (at most 254
     // characters), the status and the parameters. Returns 0 and leaves the
     // stream in its fail state on any failure.
-    int read(std::istream& in);
+    [[nodiscard]] int read(std::istream& in);
 
     // The class's name as files and lists compare it: it decides the kind of
     // a factor, so only the class sets it.
@@ -68,8 +68,8 @@ public:
     // (FactorName.h), a note that is not one line of at most kMaxNoteLength
     // characters. A factor of a list is renamed through the list, so that
     // the relations that use it follow.
-    int setName(const std::string& newName);
-    int setNote(const std::string& text);
+    [[nodiscard]] int setName(const std::string& newName);
+    [[nodiscard]] int setNote(const std::string& text);
 
     std::string errorText = "No errors";
     int32_t status = 1;
@@ -83,7 +83,7 @@ protected:
     // newline of the record's data (the list adds the separating blank line).
     virtual void writeData(std::ostream& out) const;
     // Reads what writeData wrote; 0 with the stream's fail state on failure.
-    virtual int readData(std::istream& in);
+    [[nodiscard]] virtual int readData(std::istream& in);
 
 private:
     std::string typeName_ = "Factor";

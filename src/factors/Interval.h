@@ -16,7 +16,7 @@ public:
 
     // Stores the bounds when left < right; otherwise sets errorText and
     // leaves them.
-    virtual int setBounds(double l, double r);
+    [[nodiscard]] virtual int setBounds(double l, double r);
 
     double left = 0.0;
     double right = 1.0;
@@ -30,7 +30,7 @@ public:
     LogInterval() : Interval(1.0, std::exp(1.0), 1.0) {}
     LogInterval(double l, double r, double w) : Interval(l, r, w) {}
 
-    int setBounds(double l, double r) override;
+    [[nodiscard]] int setBounds(double l, double r) override;
 };
 
 } // namespace tarvex

@@ -62,7 +62,8 @@ double Relation::evaluate(int count, const std::vector<std::string>& names, cons
 
     Evaluator& ev = Evaluator::instance();
     ev.clearSymbols();
-    ev.evaluate(bindingProgram(bound, row.data(), expression_));
+    // A failed evaluation still gives what the result name holds.
+    (void)ev.evaluate(bindingProgram(bound, row.data(), expression_));
     return readBindingResult();
 }
 
@@ -84,7 +85,7 @@ double Relation::evaluateRow(const double* values) {
     }
     for (std::size_t i = 0; i < columns_.size(); ++i) gathered_[i] = values[columns_[i]];
     double result = 0.0;
-    compiled_.evaluate(gathered_.data(), result);
+    (void)compiled_.evaluate(gathered_.data(), result);  // a failure is kept in rowFailure()
     return result;
 }
 
@@ -128,7 +129,8 @@ int Relation::readData(std::istream& in) {
     skipLine(in);
     std::string text;
     if (!readLineInBuffer(in, text, 255)) return 0;
-    setExpression(text);
+    // A refused text leaves the relation as it was, as on any refusal.
+    (void)setExpression(text);
     return 1;
 }
 

@@ -26,7 +26,7 @@ public:
     // Accepts the text when a dry run of it succeeds; returns 0 and keeps the
     // former expression otherwise. A text that is not one line of at most
     // kMaxExpressionLength characters is refused with kRelationTooLongText.
-    int setExpression(const std::string& text);
+    [[nodiscard]] int setExpression(const std::string& text);
     // Value for one sample row: names are all factor names of the list, values
     // the row in the same order, count the number of names. Each used factor
     // is bound by "%g" text in front of the expression and the text is
@@ -60,7 +60,7 @@ protected:
     // Nothing on the data line; the expression follows on a line of its own,
     // then a blank line.
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
 
 private:
     // Set together by setExpression (renameFactor excepted, see there).

@@ -86,7 +86,7 @@ void Triangular::writeData(std::ostream& out) const {
 int Triangular::readData(std::istream& in) {
     double left = 0.0, mode = 0.0, right = 0.0;
     if (!(in >> left >> mode >> right)) return 0;
-    setParameters(left, mode, right);
+    (void)setParameters(left, mode, right);
     return 1;
 }
 

@@ -60,16 +60,16 @@ public:
     const std::string& errorText() const { return errorText_; }
     void clearError() { errorText_ = "noerror"; }
 
-    int addVariable(const std::string& name);
-    int renameVariable(int index, const std::string& name);
+    [[nodiscard]] int addVariable(const std::string& name);
+    [[nodiscard]] int renameVariable(int index, const std::string& name);
     // Removes the variable at `from` and puts it at `to`; out of range does nothing.
     void moveVariable(int from, int to);
-    int removeVariable(int index);
+    [[nodiscard]] int removeVariable(int index);
 
-    int addExpression(int position, const std::string& name, const std::string& text, int16_t type);
-    int modifyExpression(int position, const std::string& name, const std::string& text, int16_t type);
-    int removeExpression(int index);
-    int getExpression(int index, ModelExpression& out);
+    [[nodiscard]] int addExpression(int position, const std::string& name, const std::string& text, int16_t type);
+    [[nodiscard]] int modifyExpression(int position, const std::string& name, const std::string& text, int16_t type);
+    [[nodiscard]] int removeExpression(int index);
+    [[nodiscard]] int getExpression(int index, ModelExpression& out);
 
     // Empty text (and -1 for the type) with "Index out of range" when out of range.
     std::string expressionName(int index);
@@ -89,14 +89,14 @@ public:
     // Tries `text` as the expression at `position` with throw-away values for
     // every variable and every expression before it; every name it meets must
     // be a name of the model.
-    int checkExpression(int position, const std::string& text);
+    [[nodiscard]] int checkExpression(int position, const std::string& text);
 
     // One sample row: values[j] is variable j; outputs receives the value of
     // each expression of type 1, in expression order, and only on success.
     // A failing row gives "Error evaluating model" and 0.
-    int evaluate(const double* values, double* outputs);
+    [[nodiscard]] int evaluate(const double* values, double* outputs);
     // The same result built and parsed as text for every equation of every row.
-    int evaluateText(const double* values, double* outputs);
+    [[nodiscard]] int evaluateText(const double* values, double* outputs);
 
     void clear();
 
@@ -106,8 +106,8 @@ public:
     // failure is set. A good read leaves errorText empty.
     void write(std::ostream& out);
     void read(std::istream& in);
-    int writeFile(const std::string& path);
-    int readFile(const std::string& path);
+    [[nodiscard]] int writeFile(const std::string& path);
+    [[nodiscard]] int readFile(const std::string& path);
 
     // Whether `text` mentions `name`. Only the first occurrence of `name` is
     // looked at; it counts when it is followed, past blanks, by the end or one

@@ -14,8 +14,8 @@ class ImanConover;
 class SteinRanks;
 class sampValues;
 
-int readColumn(sampValues& store, int32_t column, int32_t rows, std::vector<double>& out);
-int writeColumn(sampValues& store, int32_t column, const std::vector<double>& values);
+[[nodiscard]] int readColumn(sampValues& store, int32_t column, int32_t rows, std::vector<double>& out);
+[[nodiscard]] int writeColumn(sampValues& store, int32_t column, const std::vector<double>& values);
 
 // The rank table of a correlated design: Iman-Conover for correlation mode 1,
 // the Stein sample's ranks for mode 3. A table that failed, or a column it
@@ -31,7 +31,7 @@ public:
 
     // Builds the table for `rows` rows in blocks of `blockRows`. Returns the
     // message to report when it cannot be used, "" otherwise.
-    std::string build(const FactorList& factors, int32_t rows, int32_t blockRows, int32_t replicates);
+    [[nodiscard]] std::string build(const FactorList& factors, int32_t rows, int32_t blockRows, int32_t replicates);
     void release();
     bool built() const { return built_; }
     bool usable(int32_t column) const;

@@ -89,9 +89,8 @@ int PrepConfiguration::loadExternalSample(const std::string& fileName) try {
     }
     if (ok) {
         auto random = std::make_unique<RandomSampler>();
-        random->setSamples(sampleCount);
+        ok = random->setSamples(sampleCount) == 1 && loaded.samples.allocate(factorCount) == 1;
         loaded.sampler = std::move(random);
-        ok = loaded.samples.allocate(factorCount) == 1;
     }
     std::vector<double> row(ok ? static_cast<std::size_t>(factorCount) : 0);
     for (int32_t r = 0; ok && r < sampleCount; ++r) {

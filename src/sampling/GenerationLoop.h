@@ -17,6 +17,6 @@ enum GenerationResult : int { kGenerationFailed = -1, kGenerationStopped = 0, kG
 // percent below 100, `step(percent)` is called (show it, serve events); a
 // false answer stops the run. A stopped or failed run is cancelled: empty
 // store, no statistics; on failure the sampler's errorText says why.
-int runGeneration(PrepConfiguration& config, const std::function<bool(int percent)>& step);
+[[nodiscard]] int runGeneration(PrepConfiguration& config, const std::function<bool(int percent)>& step);
 
 }  // namespace tarvex

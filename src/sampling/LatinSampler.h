@@ -25,7 +25,7 @@ public:
     LatinSampler();
     LatinSampler(const LatinSampler& other);
 
-    float generate(float targetPercent, sampValues& store, FactorList& factors) override;
+    [[nodiscard]] float generate(float targetPercent, sampValues& store, FactorList& factors) override;
     void reset() override;
     std::unique_ptr<Sampler> clone() const override { return std::make_unique<LatinSampler>(*this); }
     void readItems(std::istream& in) override { readCountsAndSeed(in); }
@@ -40,10 +40,10 @@ protected:
     void writeItems(std::ostream& out) const override { writeCountsAndSeed(out); }
 
 private:
-    int stratify(float target, sampValues& store, FactorList& factors, bool ranked, int32_t stochastic);
-    int exchange(float target, sampValues& store, FactorList& factors, int32_t stochastic);
-    int finishTree(float target, sampValues& store, FactorList& factors, int32_t stochastic);
-    int rerank(float target, sampValues& store, FactorList& factors);
+    [[nodiscard]] int stratify(float target, sampValues& store, FactorList& factors, bool ranked, int32_t stochastic);
+    [[nodiscard]] int exchange(float target, sampValues& store, FactorList& factors, int32_t stochastic);
+    [[nodiscard]] int finishTree(float target, sampValues& store, FactorList& factors, int32_t stochastic);
+    [[nodiscard]] int rerank(float target, sampValues& store, FactorList& factors);
     float fail(const sampValues& store);
 
     RankTable ranks_;

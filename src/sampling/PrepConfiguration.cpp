@@ -293,7 +293,7 @@ int PrepConfiguration::read(std::istream& in) {
     if (!readLineInBuffer(in, directory, kPathBytes)) return 0;
     // Loading moves the current directory; it is remembered only if the
     // move succeeded.
-    Environment::instance().directories().setPrepDirectory(directory);
+    (void)Environment::instance().directories().setPrepDirectory(directory);
     // The second newline after the file name stays unread: it belongs to
     // whatever record follows.
     if (!readLineInBuffer(in, sampleFile, kPathBytes)) return 0;

@@ -38,7 +38,7 @@ public:
     // Carries the generation on to `target` percent: the integer percent
     // reached, 100 once finished, -1 on failure (the sampler's errorText says
     // why). An external sample is finished already.
-    int generate(int target);
+    [[nodiscard]] int generate(int target);
     void cancelGeneration();
 
     // The Prep record: the whole of a .sam file and the first record of the
@@ -46,16 +46,16 @@ public:
     // theirs on failure read into a temporary (readSampleFile does).
     void write(std::ostream& out) const;
     // 1, or 0 with the stream in its fail state.
-    int read(std::istream& in);
+    [[nodiscard]] int read(std::istream& in);
 
     // A .sam file. On failure errorText is "Error reading samples file" (or
     // the write error) and the configuration is as it was.
-    int writeSampleFile(const std::string& fileName);
-    int readSampleFile(const std::string& fileName);
+    [[nodiscard]] int writeSampleFile(const std::string& fileName);
+    [[nodiscard]] int readSampleFile(const std::string& fileName);
     // A sample made elsewhere (see ExternalSampleFile.cpp): plain factors, a
     // default Random sampler, statistics. On failure errorText is "Error
     // reading external samples file" and the configuration is as it was.
-    int loadExternalSample(const std::string& fileName);
+    [[nodiscard]] int loadExternalSample(const std::string& fileName);
 
     void swap(PrepConfiguration& other) noexcept;
 
@@ -72,7 +72,7 @@ public:
     std::string errorText = kNoErrorsText;
 
 private:
-    int valuePass(int target);
+    [[nodiscard]] int valuePass(int target);
     int32_t rowsForPercent(int target, int32_t rows, double cells) const;
     void setSamplerError(const std::string& text);
 

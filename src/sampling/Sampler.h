@@ -44,8 +44,8 @@ class Sampler {
 public:
     virtual ~Sampler() = default;
 
-    virtual float generate(float targetPercent, sampValues& store, FactorList& factors) = 0;
-    virtual int setNumFactors(int32_t count);
+    [[nodiscard]] virtual float generate(float targetPercent, sampValues& store, FactorList& factors) = 0;
+    [[nodiscard]] virtual int setNumFactors(int32_t count);
     // Back to the start of a generation: percent, counters, and the state word
     // at minus the seed.
     virtual void reset();
@@ -61,8 +61,8 @@ public:
 
     // A negative count is refused; 0 is accepted (the run then has nothing to
     // generate).
-    int setSamples(int32_t n);
-    int setSeed(int32_t s);
+    [[nodiscard]] int setSamples(int32_t n);
+    [[nodiscard]] int setSeed(int32_t s);
 
     // 1 once the design is complete (progress at 50).
     bool finished() const { return progress >= 50.0f; }
@@ -103,7 +103,7 @@ protected:
     // them for and, at the first cell of a generation, a store emptied to the
     // list's width. Returns 1 to go on; 0 when the list has no factor (progress
     // is then 50 and the method is done); -1 with errorText set on failure.
-    int openGeneration(bool atFirstCell, sampValues& store, const FactorList& factors);
+    [[nodiscard]] int openGeneration(bool atFirstCell, sampValues& store, const FactorList& factors);
 
     // One cell of a column-after-column walk over a store `width` wide. With
     // `newRow` the cell opens a row of its own (its other cells 0.0, to be
@@ -111,7 +111,7 @@ protected:
     // `write` false leaves the cell as it is. Then sampleIndex and
     // factorPosition step to the next cell. Returns 0 with errorText set when
     // the store refuses.
-    int placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value);
+    [[nodiscard]] int placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value);
 
     std::vector<double> scratch_;  // the row being opened by placeCell
 };

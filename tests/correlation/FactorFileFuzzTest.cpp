@@ -95,9 +95,9 @@ private:
 
 TEST_F(FactorFileFuzz, MutatedFilesNeverHurt) {
     FactorList small;
-    small.addFactor(test::named<Normal>("a"));
-    small.addFactor(test::named<Uniform>("b"));
-    small.addFactor(test::named<Relation>("r"));
+    ASSERT_EQ(small.addFactor(test::named<Normal>("a")), 1);
+    ASSERT_EQ(small.addFactor(test::named<Uniform>("b")), 1);
+    ASSERT_EQ(small.addFactor(test::named<Relation>("r")), 1);
     ASSERT_EQ(small.linkFactor(1, 0, 0.5), 1);
     const std::vector<std::string> bases = {textOf(test::everyKindList()), textOf(small), textOf(FactorList())};
 
@@ -105,9 +105,9 @@ TEST_F(FactorFileFuzz, MutatedFilesNeverHurt) {
     int loaded = 0, refused = 0;
     for (int round = 0; round < 4000; ++round) {
         const std::string damaged = mutator.mutate(bases[static_cast<std::size_t>(round) % bases.size()]);
-        TruncatedDistribution::setDefaultTruncations(0.001, 0.999);
+        ASSERT_EQ(TruncatedDistribution::setDefaultTruncations(0.001, 0.999), 1);
         FactorList list;
-        list.addFactor(test::named<Constant>("keep"));
+        ASSERT_EQ(list.addFactor(test::named<Constant>("keep")), 1);
         std::istringstream in(damaged);
         if (!readFactorListInto(in, list)) {
             ++refused;

@@ -33,7 +33,7 @@ std::vector<std::string> linesOf(const std::string& text) {
 // A caller's list that a failed read must leave alone.
 FactorList callersList() {
     FactorList list;
-    list.addFactor(named<Normal>("keep"));
+    EXPECT_EQ(list.addFactor(named<Normal>("keep")), 1);
     list.sourceText = "Using factors from panel";
     return list;
 }
@@ -47,9 +47,9 @@ TEST_F(FactorFile, ExactTextOfASmallList) {
     list.addFactor(std::move(n));
     auto c = named<Constant>("c");
     c->value = 3.5;
-    list.addFactor(std::move(c));
+    ASSERT_EQ(list.addFactor(std::move(c)), 1);
     auto u = named<Uniform>("u");
-    list.addFactor(std::move(u));
+    ASSERT_EQ(list.addFactor(std::move(u)), 1);
     ASSERT_EQ(list.linkFactor(2, 0, 0.5), 1);
     ASSERT_EQ(list.setMatrixValue(0, 1, -0.125), 1);
     list.correlationMode = kImanConoverCorrelation;
@@ -179,7 +179,7 @@ TEST_F(FactorFile, TruncatedAtEveryLine) {
         std::istringstream in(prefix);
         FactorList list = callersList();
         const int ok = readFactorListInto(in, list);
-        TruncatedDistribution::setDefaultTruncations(0.001, 0.999);
+        ASSERT_EQ(TruncatedDistribution::setDefaultTruncations(0.001, 0.999), 1);
         const auto expected = loads.find(k);
         if (expected == loads.end()) {
             EXPECT_EQ(ok, 0) << "prefix of " << k << " lines";
@@ -195,8 +195,8 @@ TEST_F(FactorFile, TruncatedAtEveryLine) {
 
 TEST_F(FactorFile, NamesTypesAndCounts) {
     FactorList two;
-    two.addFactor(named<Normal>("abcdefghijklmnopqrs"));  // 19 characters
-    two.addFactor(named<Constant>("k"));
+    ASSERT_EQ(two.addFactor(named<Normal>("abcdefghijklmnopqrs")), 1);  // 19 characters
+    ASSERT_EQ(two.addFactor(named<Constant>("k")), 1);
     const std::string text = textOf(two);
     {
         std::istringstream in(text);
@@ -225,7 +225,7 @@ TEST_F(FactorFile, NamesTypesAndCounts) {
 
     // A list holding a Dummy saves but can't be loaded again.
     FactorList withDummy;
-    withDummy.addFactor(named<Dummy>("imported"));
+    ASSERT_EQ(withDummy.addFactor(named<Dummy>("imported")), 1);
     EXPECT_TRUE(failsOver(textOf(withDummy)));
 
     // More factors announced than present, the file ending after them.
@@ -241,7 +241,7 @@ TEST_F(FactorFile, NamesTypesAndCounts) {
 
     // A Triangular out of order loads, default and flagged.
     FactorList tri;
-    tri.addFactor(named<Triangular>("t"));
+    ASSERT_EQ(tri.addFactor(named<Triangular>("t")), 1);
     std::string triText = textOf(tri);
     triText.replace(triText.find("1\t0\t1\t2"), 7, "1\t3\t1\t2");
     std::istringstream triIn(triText);
@@ -253,8 +253,8 @@ TEST_F(FactorFile, NamesTypesAndCounts) {
 
 TEST_F(FactorFile, DamagedCorrelationPartsFail) {
     FactorList three;
-    for (const char* n : {"a", "b", "c"}) three.addFactor(named<Normal>(n));
-    three.addFactor(named<Constant>("k"));
+    for (const char* n : {"a", "b", "c"}) ASSERT_EQ(three.addFactor(named<Normal>(n)), 1);
+    ASSERT_EQ(three.addFactor(named<Constant>("k")), 1);
     ASSERT_EQ(three.linkFactor(1, 0, 0.5), 1);
     const std::string text = textOf(three);
     const std::string links = "0 -1 1 1 \n0.5 0 0 \n0 -1 0 \n0 -1 0 \n";

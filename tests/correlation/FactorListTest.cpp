@@ -27,11 +27,11 @@ TEST(FactorList, CountsAndMatrixGrowth) {
     EXPECT_EQ(list.factorAt(0), -1);
     EXPECT_EQ(list.sourceText, "noFactorSel");
     EXPECT_EQ(list.correlationMode, 2);
-    list.addFactor(named<Normal>("a"));
-    list.addFactor(named<Constant>("c"));
-    list.addFactor(named<Relation>("r"));
-    list.addFactor(named<Uniform>("b"));
-    list.addFactor(named<Dummy>("d"));
+    ASSERT_EQ(list.addFactor(named<Normal>("a")), 1);
+    ASSERT_EQ(list.addFactor(named<Constant>("c")), 1);
+    ASSERT_EQ(list.addFactor(named<Relation>("r")), 1);
+    ASSERT_EQ(list.addFactor(named<Uniform>("b")), 1);
+    ASSERT_EQ(list.addFactor(named<Dummy>("d")), 1);
     EXPECT_EQ(list.factorCount(), 5);
     EXPECT_EQ(list.correlatableCount(), 3);
     EXPECT_EQ(list.isCorrelatable(0), 1);
@@ -172,7 +172,7 @@ TEST(FactorList, FactorsInUseByARelationStay) {
 
 TEST(FactorList, CopiesEveryFactorByItsClass) {
     FactorList list = test::everyKindList();
-    list.addFactor(named<Dummy>("dum"));
+    ASSERT_EQ(list.addFactor(named<Dummy>("dum")), 1);
     list.sourceText = "/some/file.fac";
     FactorList copy(list);
     ASSERT_EQ(copy.factorCount(), list.factorCount());
@@ -196,7 +196,7 @@ TEST(FactorList, CopiesEveryFactorByItsClass) {
     EXPECT_EQ(list.tree().node(1).parent, 0);
 
     FactorList assigned;
-    assigned.addFactor(named<Normal>("old"));
+    ASSERT_EQ(assigned.addFactor(named<Normal>("old")), 1);
     assigned = list;
     EXPECT_EQ(assigned.factorCount(), 13);
     EXPECT_EQ(assigned.getFactor(12)->typeName(), "Dummy");
@@ -204,8 +204,8 @@ TEST(FactorList, CopiesEveryFactorByItsClass) {
 
 TEST(DependenceTree, LinksMovesAndRefusesCycles) {
     FactorList list;
-    for (const char* n : {"a", "b", "c", "d", "e"}) list.addFactor(named<Normal>(n));
-    list.addFactor(named<Constant>("k"));
+    for (const char* n : {"a", "b", "c", "d", "e"}) ASSERT_EQ(list.addFactor(named<Normal>(n)), 1);
+    ASSERT_EQ(list.addFactor(named<Constant>("k")), 1);
     ASSERT_EQ(list.linkFactor(1, 0, 0.5), 1);   // b under a
     ASSERT_EQ(list.linkFactor(2, 1, -0.25), 1); // c under b
     ASSERT_EQ(list.linkFactor(3, 1, 1.0), 1);   // d under b
@@ -262,7 +262,7 @@ TEST(DependenceTree, LinksMovesAndRefusesCycles) {
 
 TEST(DependenceTree, RemovingAFactorRenumbersLinks) {
     FactorList list;
-    for (const char* n : {"a", "b", "c", "d"}) list.addFactor(named<Normal>(n));
+    for (const char* n : {"a", "b", "c", "d"}) ASSERT_EQ(list.addFactor(named<Normal>(n)), 1);
     ASSERT_EQ(list.linkFactor(3, 2, 0.5), 1);  // d under c
     ASSERT_EQ(list.linkFactor(2, 0, 0.5), 1);  // c under a
     ASSERT_EQ(list.removeFactor(1), 1);        // b goes: c, d move down
@@ -278,13 +278,13 @@ TEST(DependenceTree, RemovingAFactorRenumbersLinks) {
 
 TEST(DependenceTree, FactorOrderPutsParentsFirstThenConstantsThenRelations) {
     FactorList list;
-    list.addFactor(named<Relation>("r1"));   // 0
-    list.addFactor(named<Normal>("child"));  // 1
-    list.addFactor(named<Constant>("k"));    // 2
-    list.addFactor(named<Normal>("grand"));  // 3
-    list.addFactor(named<Normal>("root"));   // 4
-    list.addFactor(named<Uniform>("alone")); // 5
-    list.addFactor(named<Relation>("r2"));   // 6
+    ASSERT_EQ(list.addFactor(named<Relation>("r1")), 1);   // 0
+    ASSERT_EQ(list.addFactor(named<Normal>("child")), 1);  // 1
+    ASSERT_EQ(list.addFactor(named<Constant>("k")), 1);    // 2
+    ASSERT_EQ(list.addFactor(named<Normal>("grand")), 1);  // 3
+    ASSERT_EQ(list.addFactor(named<Normal>("root")), 1);   // 4
+    ASSERT_EQ(list.addFactor(named<Uniform>("alone")), 1); // 5
+    ASSERT_EQ(list.addFactor(named<Relation>("r2")), 1);   // 6
     ASSERT_EQ(list.linkFactor(3, 1, 0.5), 1);
     ASSERT_EQ(list.linkFactor(1, 4, 0.5), 1);
 

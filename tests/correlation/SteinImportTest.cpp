@@ -36,9 +36,9 @@ Uniform* uniformAt(const FactorList& list, int i) {
 
 TEST_F(SteinImport, FullImportBuildsEmpiricalUniforms) {
     FactorList list;
-    list.addFactor(named<Normal>("old"));
-    list.addFactor(named<Normal>("old2"));
-    list.addFactor(named<Normal>("old3"));
+    ASSERT_EQ(list.addFactor(named<Normal>("old")), 1);
+    ASSERT_EQ(list.addFactor(named<Normal>("old2")), 1);
+    ASSERT_EQ(list.addFactor(named<Normal>("old3")), 1);
     // Three columns: distinct values, a repeated first value, a repeated last.
     const std::string path = file("3\n3 trailing words\nx\ny\nz\n3 1 1\n1 2 2\n2 1 2\n");
     ASSERT_EQ(list.importStein(path, 1), 1) << list.errorText;
@@ -96,8 +96,8 @@ TEST_F(SteinImport, LongerColumnsSumToOne) {
 
 TEST_F(SteinImport, AttachKeepsFactorsAndSetsSteinMode) {
     FactorList list;
-    list.addFactor(named<Normal>("a"));
-    list.addFactor(named<Gamma>("b"));
+    ASSERT_EQ(list.addFactor(named<Normal>("a")), 1);
+    ASSERT_EQ(list.addFactor(named<Gamma>("b")), 1);
     ASSERT_EQ(list.importStein(file("2\n2\nfirst\nsecond\n0.5 7\n-1e3 8.25\n"), 2), 1) << list.errorText;
     EXPECT_EQ(list.factorCount(), 2);
     EXPECT_EQ(list.getFactor(0)->typeName(), "Normal");
@@ -114,8 +114,8 @@ TEST_F(SteinImport, AttachKeepsFactorsAndSetsSteinMode) {
 
 TEST_F(SteinImport, Messages) {
     FactorList list;
-    list.addFactor(named<Normal>("a"));
-    list.addFactor(named<Normal>("b"));
+    ASSERT_EQ(list.addFactor(named<Normal>("a")), 1);
+    ASSERT_EQ(list.addFactor(named<Normal>("b")), 1);
 
     EXPECT_EQ(list.importStein(dir_.file("missing.txt"), 2), 0);
     EXPECT_EQ(list.errorText, kNoFactors);

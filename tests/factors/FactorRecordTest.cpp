@@ -48,24 +48,24 @@ TEST(FactorRecord, LayoutPerKind) {
     EXPECT_EQ(recordOf(n), "Normal\nx1\n  spaced note \n1\t1.23457\t2\t0.001\t0.999\n");
 
     LogNormal ln;
-    ln.setMean(-0.5);
+    ASSERT_EQ(ln.setMean(-0.5), 1);
     EXPECT_EQ(recordOf(ln), "LogNormal\nnonameLogNorm\n\n1\t-0.5\t1\t0.001\t0.999\n");
 
     Exponential e;
-    e.setLambda(2.5);
-    e.setB(1.0);
-    e.setRightTruncation(0.99);
+    ASSERT_EQ(e.setLambda(2.5), 1);
+    ASSERT_EQ(e.setB(1.0), 1);
+    ASSERT_EQ(e.setRightTruncation(0.99), 1);
     EXPECT_EQ(recordOf(e), "Exponential\nnonameExpo\n\n1\t2.5\t1\t0.99\n");
 
     Gamma g;
-    g.setR(3.0);
-    g.setLambda(0.5);
+    ASSERT_EQ(g.setR(3.0), 1);
+    ASSERT_EQ(g.setLambda(0.5), 1);
     EXPECT_EQ(recordOf(g), "Gamma\nnonameGamma\n\n1\t3\t0.5\t0\t0.999\n");
 
     Weibull w;
-    w.setBeta(1.5);
-    w.setN(2.0);
-    w.setB(0.25);
+    ASSERT_EQ(w.setBeta(1.5), 1);
+    ASSERT_EQ(w.setN(2.0), 1);
+    ASSERT_EQ(w.setB(0.25), 1);
     EXPECT_EQ(recordOf(w), "Weibull\nnonameWeib\n\n1\t1.5\t2\t0.25\t0.999\n");
 
     Beta b;

@@ -142,7 +142,7 @@ TEST(FactorFamily, CopyTakesNameNoteAndParametersButNotStatusOrTable) {
 
     Normal n;
     ASSERT_EQ(n.setTruncations(0.1, 0.8), 1);
-    n.setMean(4.0);
+    ASSERT_EQ(n.setMean(4.0), 1);
     ASSERT_EQ(n.setStdDeviation(2.0), 1);
     auto nc = n.clone();
     auto* ncp = dynamic_cast<Normal*>(nc.get());
@@ -305,7 +305,7 @@ TEST(FactorFamily, TruncationSettersTestStoredValues) {
 
 TEST(FactorFamily, ClassWideDefaultTruncations) {
     struct Restore {
-        ~Restore() { TruncatedDistribution::setDefaultTruncations(0.001, 0.999); }
+        ~Restore() { EXPECT_EQ(TruncatedDistribution::setDefaultTruncations(0.001, 0.999), 1); }
     } restore;
     EXPECT_EQ(TruncatedDistribution::setDefaultTruncations(0.5, 0.5), 0);
     EXPECT_EQ(TruncatedDistribution::setDefaultTruncations(0.0, 0.5), 0);
@@ -321,7 +321,7 @@ TEST(FactorFamily, ClassWideDefaultTruncations) {
     EXPECT_EQ(e.getLeftTruncation(), 0.0);
     EXPECT_EQ(e.getRightTruncation(), 0.97);
     Normal earlier = n;  // a copy keeps its own values, not the defaults
-    TruncatedDistribution::setDefaultTruncations(0.1, 0.9);
+    ASSERT_EQ(TruncatedDistribution::setDefaultTruncations(0.1, 0.9), 1);
     Normal copy(earlier);
     EXPECT_EQ(copy.getLeftTruncation(), 0.02);
 

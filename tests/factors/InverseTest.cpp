@@ -49,28 +49,28 @@ std::vector<Case> allCases() {
     cases.push_back(boostCase("Normal(0,1)", std::make_unique<Normal>(), bm::normal_distribution<>(0.0, 1.0)));
     {
         auto n = std::make_unique<Normal>();
-        n->setMean(5.0);
-        n->setStdDeviation(0.3);
-        n->setTruncations(0.05, 0.95);
+        EXPECT_EQ(n->setMean(5.0), 1);
+        EXPECT_EQ(n->setStdDeviation(0.3), 1);
+        EXPECT_EQ(n->setTruncations(0.05, 0.95), 1);
         cases.push_back(boostCase("Normal(5,0.3) [0.05,0.95]", std::move(n), bm::normal_distribution<>(5.0, 0.3)));
     }
     {
         auto ln = std::make_unique<LogNormal>();
-        ln->setMean(0.5);
-        ln->setStdDeviation(0.75);
+        EXPECT_EQ(ln->setMean(0.5), 1);
+        EXPECT_EQ(ln->setStdDeviation(0.75), 1);
         cases.push_back(boostCase("LogNormal(0.5,0.75)", std::move(ln), bm::lognormal_distribution<>(0.5, 0.75)));
     }
     {
         auto e = std::make_unique<Exponential>();
-        e->setLambda(2.5);
-        e->setB(1.0);
+        EXPECT_EQ(e->setLambda(2.5), 1);
+        EXPECT_EQ(e->setB(1.0), 1);
         cases.push_back(boostCase("Exponential(2.5,b=1)", std::move(e), bm::exponential_distribution<>(2.5), 1.0));
     }
     for (auto [r, lambda, b] : {std::tuple{0.5, 2.0, 0.0}, {3.7, 0.5, 1.5}}) {
         auto g = std::make_unique<Gamma>();
-        g->setR(r);
-        g->setLambda(lambda);
-        g->setB(b);
+        EXPECT_EQ(g->setR(r), 1);
+        EXPECT_EQ(g->setLambda(lambda), 1);
+        EXPECT_EQ(g->setB(b), 1);
         g->setRightTruncation(0.99);
         char label[64];
         std::snprintf(label, sizeof label, "Gamma(%g,%g,b=%g)", r, lambda, b);
@@ -78,23 +78,23 @@ std::vector<Case> allCases() {
     }
     for (auto [shape, n, b] : {std::tuple{0.8, 1.5, 2.0}, {3.5, 1.0, 0.0}}) {
         auto w = std::make_unique<Weibull>();
-        w->setBeta(shape);
-        w->setN(n);
-        w->setB(b);
+        EXPECT_EQ(w->setBeta(shape), 1);
+        EXPECT_EQ(w->setN(n), 1);
+        EXPECT_EQ(w->setB(b), 1);
         char label[64];
         std::snprintf(label, sizeof label, "Weibull(%g,%g,b=%g)", shape, n, b);
         cases.push_back(boostCase(label, std::move(w), bm::weibull_distribution<>(shape, n), b));
     }
     for (auto [a, bb, lo, up] : {std::tuple{0.7, 2.5, -1.0, 3.0}, {2.0, 2.0, 10.0, 20.0}}) {
         auto be = std::make_unique<Beta>();
-        be->setParameters(a, bb, lo, up);
+        EXPECT_EQ(be->setParameters(a, bb, lo, up), 1);
         char label[64];
         std::snprintf(label, sizeof label, "Beta(%g,%g,[%g,%g])", a, bb, lo, up);
         cases.push_back(boostCase(label, std::move(be), bm::beta_distribution<>(a, bb), lo, up - lo));
     }
     {
         auto t = std::make_unique<Triangular>();
-        t->setParameters(-1.0, 0.5, 4.0);
+        EXPECT_EQ(t->setParameters(-1.0, 0.5, 4.0), 1);
         cases.push_back(boostCase("Triangular(-1,0.5,4)", std::move(t), bm::triangular_distribution<>(-1.0, 0.5, 4.0)));
     }
     cases.push_back({"Uniform[0,1]", std::make_unique<Uniform>(), [](double v) { return v; },
@@ -102,7 +102,7 @@ std::vector<Case> allCases() {
     {
         auto u = std::make_unique<Uniform>();
         u->intervalAt(0)->weight = 0.25;
-        u->addInterval(std::make_unique<Interval>(2.0, 4.0, 0.75));
+        EXPECT_EQ(u->addInterval(std::make_unique<Interval>(2.0, 4.0, 0.75)), 1);
         cases.push_back({"Uniform[0,1]0.25+[2,4]0.75", std::move(u),
                          [](double v) { return v < 0.25 ? v / 0.25 : 2.0 + (v - 0.25) / 0.75 * 2.0; },
                          [](double x) {
@@ -199,16 +199,16 @@ TEST(Inverse, EdgeCases) {
 
     // A lower end at b: u near 0 maps close to b.
     Exponential e;
-    e.setB(2.0);
+    ASSERT_EQ(e.setB(2.0), 1);
     ASSERT_EQ(e.prepareInverse(), 1);
     EXPECT_NEAR(e.inverse(1e-9), 2.0, 1e-6);
     Gamma g;
-    g.setB(1.0);
-    g.setR(2.0);
+    ASSERT_EQ(g.setB(1.0), 1);
+    ASSERT_EQ(g.setR(2.0), 1);
     ASSERT_EQ(g.prepareInverse(), 1);
     EXPECT_NEAR(g.inverse(0.0), 1.0, 1e-5);
     Weibull w;
-    w.setB(3.0);
+    ASSERT_EQ(w.setB(3.0), 1);
     ASSERT_EQ(w.prepareInverse(), 1);
     EXPECT_NEAR(w.inverse(1e-9), 3.0, 1e-6);
 
@@ -222,19 +222,19 @@ TEST(Inverse, EdgeCases) {
     // a shape well under 1, whose cumulative there is still 1e-8, never gets
     // its lower end under 1e-11: the build gives up. At b = 0 it succeeds.
     Gamma steep;
-    steep.setR(0.5);
-    steep.setB(0.5);
+    ASSERT_EQ(steep.setR(0.5), 1);
+    ASSERT_EQ(steep.setB(0.5), 1);
     EXPECT_EQ(steep.prepareInverse(), 0);
     steep.clearTable();
-    steep.setB(0.0);
+    ASSERT_EQ(steep.setB(0.0), 1);
     EXPECT_EQ(steep.prepareInverse(), 1);
 
     // A zero standard deviation cannot be bracketed.
     Normal flat;
-    flat.setStdDeviation(0.0);
+    ASSERT_EQ(flat.setStdDeviation(0.0), 1);
     EXPECT_EQ(flat.prepareInverse(), 0);
     LogNormal flatLog;
-    flatLog.setStdDeviation(0.0);
+    ASSERT_EQ(flatLog.setStdDeviation(0.0), 1);
     EXPECT_EQ(flatLog.prepareInverse(), 0);
 }
 
@@ -270,23 +270,23 @@ TEST(Inverse, ColumnFormMatchesOneByOneBitForBit) {
     {
         auto u = std::make_unique<Uniform>();
         u->clear();
-        u->addInterval(std::make_unique<Interval>(-5.0, -4.0, 0.2));
-        u->addInterval(std::make_unique<Interval>(-4.0, 0.5, 0.3));
-        u->addInterval(std::make_unique<Interval>(7.0, 7.25, 0.5));
+        ASSERT_EQ(u->addInterval(std::make_unique<Interval>(-5.0, -4.0, 0.2)), 1);
+        ASSERT_EQ(u->addInterval(std::make_unique<Interval>(-4.0, 0.5, 0.3)), 1);
+        ASSERT_EQ(u->addInterval(std::make_unique<Interval>(7.0, 7.25, 0.5)), 1);
         cases.push_back({"Uniform three intervals", std::move(u), nullptr, nullptr});
     }
     {
         auto lu = std::make_unique<LogUniform>();
         lu->clear();
-        lu->addInterval(std::make_unique<LogInterval>(0.01, 0.1, 0.6));
-        lu->addInterval(std::make_unique<LogInterval>(10.0, 1000.0, 0.4));
+        ASSERT_EQ(lu->addInterval(std::make_unique<LogInterval>(0.01, 0.1, 0.6)), 1);
+        ASSERT_EQ(lu->addInterval(std::make_unique<LogInterval>(10.0, 1000.0, 0.4)), 1);
         cases.push_back({"LogUniform two decades apart", std::move(lu), nullptr, nullptr});
     }
     {
         auto ln = std::make_unique<LogNormal>();
-        ln->setMean(1.0);
-        ln->setStdDeviation(0.4);
-        ln->setTruncations(0.2, 0.6);
+        ASSERT_EQ(ln->setMean(1.0), 1);
+        ASSERT_EQ(ln->setStdDeviation(0.4), 1);
+        ASSERT_EQ(ln->setTruncations(0.2, 0.6), 1);
         cases.push_back({"LogNormal truncated", std::move(ln), nullptr, nullptr});
     }
     for (Case& c : cases) {

@@ -14,12 +14,12 @@ InternalModel sampleModel() {
     InternalModel m;
     m.setName("ishigami");
     m.setFileName("/models/ishigami.imd");
-    m.addVariable("x1");
-    m.addVariable("x2");
-    m.addVariable("x3");
-    m.addExpression(0, "s1", "sin(x1)", 0);
-    m.addExpression(1, "y", "s1 + 7 * sin(x2) ** 2 + 0.1 * x3 ** 4 * s1", 1);
-    m.addExpression(2, "y2", "x1*x1", 1);
+    EXPECT_EQ(m.addVariable("x1"), 1);
+    EXPECT_EQ(m.addVariable("x2"), 1);
+    EXPECT_EQ(m.addVariable("x3"), 1);
+    EXPECT_EQ(m.addExpression(0, "s1", "sin(x1)", 0), 1);
+    EXPECT_EQ(m.addExpression(1, "y", "s1 + 7 * sin(x2) ** 2 + 0.1 * x3 ** 4 * s1", 1), 1);
+    EXPECT_EQ(m.addExpression(2, "y2", "x1*x1", 1), 1);
     return m;
 }
 
@@ -56,7 +56,7 @@ void expectCleared(const InternalModel& m) {
 
 TEST(InternalModelFile, WrittenLineByLine) {
     InternalModel m = sampleModel();
-    m.addVariable("unused");
+    ASSERT_EQ(m.addVariable("unused"), 1);
     EXPECT_EQ(text(m),
               "ishigami\n4\n"
               "x1\n2\n0\t2\t\n"
@@ -188,7 +188,7 @@ TEST(InternalModelFile, LongestAcceptedLinesReadBack) {
 
 TEST(InternalModelFile, FiveHundredExpressionsAreWrittenButNotRead) {
     InternalModel m;
-    m.addVariable("x");
+    ASSERT_EQ(m.addVariable("x"), 1);
     for (int i = 0; i < 500; ++i) ASSERT_EQ(m.addExpression(0, "e" + std::to_string(i), "x", 1), 1);
     std::istringstream in(text(m));
     InternalModel r;

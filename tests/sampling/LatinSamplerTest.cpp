@@ -29,14 +29,14 @@ float drive(LatinSampler& s, sampValues& store, FactorList& list, int upTo = 50)
 
 TEST(LatinSampler, OneValuePerStratumWithoutCorrelation) {
     FactorList list;
-    list.addFactor(uniformFactor("a"));
-    list.addFactor(constantFactor("k", 7.5));
-    list.addFactor(uniformFactor("b"));
-    list.addFactor(relationFactor("r", "a+b"));
-    list.addFactor(normalFactor("c", 0, 1));
+    ASSERT_EQ(list.addFactor(uniformFactor("a")), 1);
+    ASSERT_EQ(list.addFactor(constantFactor("k", 7.5)), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("b")), 1);
+    ASSERT_EQ(list.addFactor(relationFactor("r", "a+b")), 1);
+    ASSERT_EQ(list.addFactor(normalFactor("c", 0, 1)), 1);
     LatinSampler latin;
-    latin.setSamples(1000);
-    latin.setSeed(12345);
+    ASSERT_EQ(latin.setSamples(1000), 1);
+    ASSERT_EQ(latin.setSeed(12345), 1);
     sampValues store;
     ASSERT_EQ(drive(latin, store, list), 50.0f);
     EXPECT_EQ(latin.numFactors, 5);
@@ -55,13 +55,13 @@ TEST(LatinSampler, OneValuePerStratumWithoutCorrelation) {
 
 TEST(LatinSampler, SingleStratumIsAPlainDraw) {
     FactorList list;
-    list.addFactor(uniformFactor("a"));
+    ASSERT_EQ(list.addFactor(uniformFactor("a")), 1);
     LatinSampler latin;
     ASSERT_EQ(latin.numSamples, 1);
     sampValues store;
     ASSERT_EQ(drive(latin, store, list), 50.0f);
     double x = 0.0;
-    store.getValue(0, 0, &x);
+    ASSERT_EQ(store.getValue(0, 0, &x), 1);
     // The first value of the stream from seed 1.
     EXPECT_EQ(x, 0.5285838720992343);
 }
@@ -69,9 +69,9 @@ TEST(LatinSampler, SingleStratumIsAPlainDraw) {
 TEST(LatinSampler, ImanConoverKeepsValuesAndReachesTarget) {
     auto makeList = [](int mode) {
         FactorList list;
-        list.addFactor(uniformFactor("a"));
-        list.addFactor(uniformFactor("b"));
-        list.setMatrixValue(0, 1, 0.9);
+        EXPECT_EQ(list.addFactor(uniformFactor("a")), 1);
+        EXPECT_EQ(list.addFactor(uniformFactor("b")), 1);
+        EXPECT_EQ(list.setMatrixValue(0, 1, 0.9), 1);
         list.correlationMode = mode;
         return list;
     };
@@ -79,14 +79,14 @@ TEST(LatinSampler, ImanConoverKeepsValuesAndReachesTarget) {
     FactorList plain = makeList(kNoCorrelation);
     LatinSampler a, b;
     for (LatinSampler* s : {&a, &b}) {
-        s->setSamples(1000);
-        s->setSeed(4711);
+        ASSERT_EQ(s->setSamples(1000), 1);
+        ASSERT_EQ(s->setSeed(4711), 1);
     }
     sampValues withRanks, without;
 
     // After the first phase each column stands in stratum order.
     a.reset();
-    a.generate(25.0f, withRanks, correlated);
+    ASSERT_EQ(a.generate(25.0f, withRanks, correlated), 25.0f);
     EXPECT_EQ(a.progress, 25.0f);
     EXPECT_EQ(a.phase, 2) << "no exchange phase under rank correlation";
     for (int c = 0; c < 2; ++c) {
@@ -120,7 +120,7 @@ TEST(LatinSampler, FailedMatrixIsReportedAndSampleLeftUncorrelated) {
     FactorList list;
     makeImpossibleCorrelations(list);
     LatinSampler latin;
-    latin.setSamples(1000);
+    ASSERT_EQ(latin.setSamples(1000), 1);
     sampValues store;
     ASSERT_EQ(drive(latin, store, list), 50.0f);
     EXPECT_EQ(latin.warningText, "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.");
@@ -134,14 +134,14 @@ TEST(LatinSampler, FailedMatrixIsReportedAndSampleLeftUncorrelated) {
 
 TEST(LatinSampler, DependenceTreeChildFollowsParent) {
     FactorList list;
-    list.addFactor(uniformFactor("child"));
-    list.addFactor(uniformFactor("parent"));
-    list.addFactor(uniformFactor("free"));
+    ASSERT_EQ(list.addFactor(uniformFactor("child")), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("parent")), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("free")), 1);
     ASSERT_EQ(list.linkFactor(0, 1, 0.7), 1);
     list.correlationMode = kTreeCorrelation;
     LatinSampler latin;
-    latin.setSamples(4000);
-    latin.setSeed(99);
+    ASSERT_EQ(latin.setSamples(4000), 1);
+    ASSERT_EQ(latin.setSeed(99), 1);
     sampValues store;
     ASSERT_EQ(drive(latin, store, list), 50.0f);
     const std::vector<double> child = column(store, 0), parent = column(store, 1);
@@ -160,17 +160,17 @@ TEST(LatinSampler, DependenceTreeChildFollowsParent) {
 
 TEST(LatinSampler, SameSeedSameDesign) {
     FactorList list;
-    list.addFactor(uniformFactor("a"));
-    list.addFactor(uniformFactor("b"));
-    list.linkFactor(1, 0, -0.5);
+    ASSERT_EQ(list.addFactor(uniformFactor("a")), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("b")), 1);
+    ASSERT_EQ(list.linkFactor(1, 0, -0.5), 1);
     list.correlationMode = kTreeCorrelation;
     LatinSampler s;
-    s.setSamples(300);
-    s.setSeed(5);
+    ASSERT_EQ(s.setSamples(300), 1);
+    ASSERT_EQ(s.setSeed(5), 1);
     sampValues one, two, three;
     drive(s, one, list);
     drive(s, two, list);
-    s.setSeed(6);
+    ASSERT_EQ(s.setSeed(6), 1);
     drive(s, three, list);
     EXPECT_EQ(column(one, 0), column(two, 0));
     EXPECT_EQ(column(one, 1), column(two, 1));
@@ -179,11 +179,11 @@ TEST(LatinSampler, SameSeedSameDesign) {
 
 TEST(LatinSampler, ConstantsOnlyUnderRankCorrelationComplete) {
     FactorList list;
-    list.addFactor(constantFactor("k", 2.0));
-    list.addFactor(constantFactor("m", -3.0));
+    ASSERT_EQ(list.addFactor(constantFactor("k", 2.0)), 1);
+    ASSERT_EQ(list.addFactor(constantFactor("m", -3.0)), 1);
     list.correlationMode = kSteinCorrelation;
     LatinSampler s;
-    s.setSamples(10);
+    ASSERT_EQ(s.setSamples(10), 1);
     sampValues store;
     ASSERT_EQ(drive(s, store, list), 50.0f);
     ASSERT_EQ(store.rowCount(), 10);
@@ -199,8 +199,8 @@ TEST(LatinSampler, ConstantsOnlyUnderRankCorrelationComplete) {
 
 TEST(LatinSampler, SteinRanksCopyTheImportedOrder) {
     FactorList list;
-    list.addFactor(uniformFactor("a"));
-    list.addFactor(uniformFactor("b"));
+    ASSERT_EQ(list.addFactor(uniformFactor("a")), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("b")), 1);
     // An imported sample in which b falls as a rises.
     const int32_t rows = 50;
     std::vector<double> values;
@@ -211,7 +211,7 @@ TEST(LatinSampler, SteinRanksCopyTheImportedOrder) {
     list.steinInfo.assign(rows, 2, values);
     list.correlationMode = kSteinCorrelation;
     LatinSampler s;
-    s.setSamples(rows);
+    ASSERT_EQ(s.setSamples(rows), 1);
     sampValues store;
     ASSERT_EQ(drive(s, store, list), 50.0f);
     EXPECT_TRUE(s.warningText.empty());
@@ -222,7 +222,7 @@ TEST(LatinSampler, SteinRanksCopyTheImportedOrder) {
 
     // A sample too short for the design is reported; the columns are still
     // permutations of their strata.
-    s.setSamples(rows + 1);
+    ASSERT_EQ(s.setSamples(rows + 1), 1);
     ASSERT_EQ(drive(s, store, list), 50.0f);
     EXPECT_FALSE(s.warningText.empty());
     EXPECT_TRUE(oneValuePerStratum(column(store, 0)));
@@ -232,17 +232,17 @@ TEST(LatinSampler, SteinRanksCopyTheImportedOrder) {
 // cells, and a single-precision percent reaches 50 before the last of them.
 TEST(LatinSampler, EveryCellDoneBeyondFloatPercentResolution) {
     FactorList list;
-    list.addFactor(uniformFactor("root"));
-    list.addFactor(uniformFactor("child"));
-    list.addFactor(constantFactor("k", 7.5));
-    list.linkFactor(1, 0, 0.5);
+    ASSERT_EQ(list.addFactor(uniformFactor("root")), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("child")), 1);
+    ASSERT_EQ(list.addFactor(constantFactor("k", 7.5)), 1);
+    ASSERT_EQ(list.linkFactor(1, 0, 0.5), 1);
     list.correlationMode = kTreeCorrelation;
     const int32_t n = 1000000;
     // The premise: the float percent of the next-to-last cell reads 50.
     EXPECT_EQ(float(3 * n - 1) / float(3 * n) * 5.0f + 45.0f, 50.0f);
 
     LatinSampler s;
-    s.setSamples(n);
+    ASSERT_EQ(s.setSamples(n), 1);
     sampValues store;
     s.reset();
     int calls = 0;

@@ -24,24 +24,24 @@ std::unique_ptr<Discrete> discreteFactor(const std::string& name) {
     auto d = std::make_unique<Discrete>();
     EXPECT_EQ(d->setName(name), 1);
     d->clear();
-    d->addPoint(std::make_unique<Interval>(1.0, 1.0, 0.25));
-    d->addPoint(std::make_unique<Interval>(2.0, 2.0, 0.5));
-    d->addPoint(std::make_unique<Interval>(5.0, 5.0, 0.25));
+    EXPECT_EQ(d->addPoint(std::make_unique<Interval>(1.0, 1.0, 0.25)), 1);
+    EXPECT_EQ(d->addPoint(std::make_unique<Interval>(2.0, 2.0, 0.5)), 1);
+    EXPECT_EQ(d->addPoint(std::make_unique<Interval>(5.0, 5.0, 0.25)), 1);
     return d;
 }
 
 PrepConfiguration latinConfiguration(int32_t rows, int mode) {
     PrepConfiguration config;
-    config.factors.addFactor(uniformFactor("a", 2.0, 4.0));
-    config.factors.addFactor(normalFactor("n", 10.0, 2.0));
-    config.factors.addFactor(constantFactor("k", 0.5));
-    config.factors.addFactor(relationFactor("r", "a*k+n"));
-    config.factors.addFactor(discreteFactor("d"));
-    config.factors.setMatrixValue(0, 1, 0.7);
+    EXPECT_EQ(config.factors.addFactor(uniformFactor("a", 2.0, 4.0)), 1);
+    EXPECT_EQ(config.factors.addFactor(normalFactor("n", 10.0, 2.0)), 1);
+    EXPECT_EQ(config.factors.addFactor(constantFactor("k", 0.5)), 1);
+    EXPECT_EQ(config.factors.addFactor(relationFactor("r", "a*k+n")), 1);
+    EXPECT_EQ(config.factors.addFactor(discreteFactor("d")), 1);
+    EXPECT_EQ(config.factors.setMatrixValue(0, 1, 0.7), 1);
     config.factors.correlationMode = mode;
     auto latin = std::make_unique<LatinSampler>();
-    latin->setSamples(rows);
-    latin->setSeed(2024);
+    EXPECT_EQ(latin->setSamples(rows), 1);
+    EXPECT_EQ(latin->setSeed(2024), 1);
     config.sampler = std::move(latin);
     return config;
 }
@@ -68,8 +68,8 @@ TEST(PrepConfiguration, ValuePassMapsDesignToFactorValues) {
     ASSERT_TRUE(config.sampleStatistics);
     for (int32_t r = 0; r < 200; ++r) {
         double u[5], x[5];
-        design.getRow(r, u);
-        config.samples.getRow(r, x);
+        ASSERT_EQ(design.getRow(r, u), 1);
+        ASSERT_EQ(config.samples.getRow(r, x), 1);
         // Uniform on [2, 4] and the Normal through independent formulas.
         EXPECT_NEAR(x[0], 2.0 + 2.0 * u[0], 1e-9);
         // The Normal is truncated at the defaults 0.001 and 0.999: u is
@@ -88,11 +88,11 @@ TEST(PrepConfiguration, ValuePassMapsDesignToFactorValues) {
 
 TEST(PrepConfiguration, UnpreparableFactorAbortsWithItsPosition) {
     PrepConfiguration config;
-    config.factors.addFactor(uniformFactor("a"));
-    config.factors.addFactor(uniformFactor("b"));
-    config.factors.addFactor(normalFactor("bad", 1.0, 0.0));  // no inverse table with sd 0
+    ASSERT_EQ(config.factors.addFactor(uniformFactor("a")), 1);
+    ASSERT_EQ(config.factors.addFactor(uniformFactor("b")), 1);
+    ASSERT_EQ(config.factors.addFactor(normalFactor("bad", 1.0, 0.0)), 1);  // no inverse table with sd 0
     auto random = std::make_unique<RandomSampler>();
-    random->setSamples(30);
+    ASSERT_EQ(random->setSamples(30), 1);
     config.sampler = std::move(random);
     EXPECT_EQ(runGeneration(config, nullptr), kGenerationFailed);
     EXPECT_EQ(config.sampler->errorText,
@@ -122,7 +122,7 @@ TEST(PrepConfiguration, SameSeedSameSampleThroughTheLoop) {
     ASSERT_EQ(runGeneration(one, nullptr), kGenerationDone);
     ASSERT_EQ(runGeneration(two, nullptr), kGenerationDone);
     EXPECT_EQ(recordOf(one), recordOf(two));
-    two.sampler->setSeed(2025);
+    ASSERT_EQ(two.sampler->setSeed(2025), 1);
     ASSERT_EQ(runGeneration(two, nullptr), kGenerationDone);
     EXPECT_NE(column(one.samples, 0), column(two.samples, 0));
 }
@@ -177,7 +177,7 @@ TEST(PrepConfiguration, BadSampleFilesLeaveTheConfigurationAsItWas) {
     CurrentDirGuard guard(dir.path());
     PrepConfiguration config = latinConfiguration(6, kNoCorrelation);
     auto random = std::make_unique<RandomSampler>();
-    random->setSamples(6);
+    ASSERT_EQ(random->setSamples(6), 1);
     config.sampler = std::move(random);
     ASSERT_EQ(runGeneration(config, nullptr), kGenerationDone);
     ASSERT_EQ(config.writeSampleFile(dir.file("good.sam")), 1);

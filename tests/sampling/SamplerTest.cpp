@@ -61,7 +61,7 @@ TEST(Sampler, SettersRefuseWithTheirTexts) {
 
     // Nothing to generate is a failure of the generation, with its text.
     FactorList list;
-    list.addFactor(testing::uniformFactor("a"));
+    ASSERT_EQ(list.addFactor(testing::uniformFactor("a")), 1);
     sampValues store;
     EXPECT_EQ(s.generate(50.0f, store, list), -1.0f);
     EXPECT_EQ(s.errorText, "  No samples to generate");
@@ -69,10 +69,10 @@ TEST(Sampler, SettersRefuseWithTheirTexts) {
 
 TEST(Sampler, ResetAndCopies) {
     LatinSampler latin;
-    latin.setSeed(9);
-    latin.setSamples(20);
+    ASSERT_EQ(latin.setSeed(9), 1);
+    ASSERT_EQ(latin.setSamples(20), 1);
     FactorList list;
-    list.addFactor(testing::uniformFactor("a"));
+    ASSERT_EQ(list.addFactor(testing::uniformFactor("a")), 1);
     sampValues store;
     EXPECT_EQ(latin.generate(10.0f, store, list), latin.progress);
     EXPECT_GE(latin.progress, 10.0f);
@@ -95,9 +95,9 @@ TEST(Sampler, ResetAndCopies) {
 
 TEST(Sampler, MethodSectionRoundTripAndDefaultsOnFailure) {
     LatinSampler latin;
-    latin.setSamples(250);
-    latin.setNumFactors(4);
-    latin.setSeed(77);
+    ASSERT_EQ(latin.setSamples(250), 1);
+    ASSERT_EQ(latin.setNumFactors(4), 1);
+    ASSERT_EQ(latin.setSeed(77), 1);
     std::ostringstream out;
     latin.writeSection(out);
     EXPECT_EQ(out.str(), "2\nLatin Hypercube\n250\n4\n77\n");
@@ -112,8 +112,8 @@ TEST(Sampler, MethodSectionRoundTripAndDefaultsOnFailure) {
     EXPECT_EQ(back.randomState, -77);
 
     RandomSampler random;
-    random.setSamples(5);
-    random.setSeed(3);
+    ASSERT_EQ(random.setSamples(5), 1);
+    ASSERT_EQ(random.setSeed(3), 1);
     random.methodName = "changed";
     std::istringstream bad("12\nx\n");
     random.readItems(bad);

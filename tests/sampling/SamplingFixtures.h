@@ -24,7 +24,7 @@ inline std::unique_ptr<Uniform> uniformFactor(const std::string& name, double a 
     auto u = std::make_unique<Uniform>();
     EXPECT_EQ(u->setName(name), 1);
     u->clear();
-    u->addInterval(std::make_unique<Interval>(a, b, 1.0));
+    EXPECT_EQ(u->addInterval(std::make_unique<Interval>(a, b, 1.0)), 1);
     return u;
 }
 
@@ -52,17 +52,17 @@ inline std::unique_ptr<Relation> relationFactor(const std::string& name, const s
 
 inline std::vector<double> column(sampValues& store, int32_t c) {
     std::vector<double> out(static_cast<size_t>(store.rowCount()));
-    for (int32_t r = 0; r < store.rowCount(); ++r) store.getValue(r, c, &out[static_cast<size_t>(r)]);
+    for (int32_t r = 0; r < store.rowCount(); ++r) EXPECT_EQ(store.getValue(r, c, &out[static_cast<size_t>(r)]), 1);
     return out;
 }
 
 // Three uniform factors whose pairwise targets 0.9, 0.9, -0.9 no matrix can
 // carry: the rank table must report it.
 inline void makeImpossibleCorrelations(FactorList& list) {
-    for (const char* name : {"a", "b", "c"}) list.addFactor(uniformFactor(name));
-    list.setMatrixValue(0, 1, 0.9);
-    list.setMatrixValue(0, 2, 0.9);
-    list.setMatrixValue(1, 2, -0.9);
+    for (const char* name : {"a", "b", "c"}) EXPECT_EQ(list.addFactor(uniformFactor(name)), 1);
+    EXPECT_EQ(list.setMatrixValue(0, 1, 0.9), 1);
+    EXPECT_EQ(list.setMatrixValue(0, 2, 0.9), 1);
+    EXPECT_EQ(list.setMatrixValue(1, 2, -0.9), 1);
     list.correlationMode = kImanConoverCorrelation;
 }
 
