@@ -78,6 +78,10 @@ void PrepConfiguration::setSamplerError(const std::string& text) {
 // ------------------------------------------------------------ generation
 
 void PrepConfiguration::prepareGeneration() {
+    // An external sample is finished as it stands: there is nothing to
+    // prepare, and emptying the store would lose data no generation can make
+    // again.
+    if (external == 1) return;
     samples.clear();
     factors.computeFactorOrder();
     const int count = factors.factorCount();
@@ -226,6 +230,7 @@ int PrepConfiguration::valuePass(int target) {
 }
 
 void PrepConfiguration::cancelGeneration() {
+    if (external == 1) return;  // never generated, nothing to cancel
     samples.clear();
     if (nextFactor >= 0) {
         if (auto* distribution = dynamic_cast<Distribution*>(factors.getFactor(factors.factorAt(nextFactor))))

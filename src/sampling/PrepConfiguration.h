@@ -40,6 +40,8 @@ public:
     // why). An external sample is finished already.
     int generate(int target);
     void cancelGeneration();
+    // prepareGeneration and cancelGeneration leave an external sample, its
+    // store and its statistics, untouched.
 
     // The Prep record: the whole of a .sam file and the first record of the
     // project files. The reader fills this object; callers that must keep

@@ -46,6 +46,22 @@ PrepConfiguration latinConfiguration(int32_t rows, int mode) {
     return config;
 }
 
+// The stored values and the statistics as raw bytes: equal only if every
+// double is bit for bit the same.
+std::string storeAndStatisticsBytes(PrepConfiguration& config) {
+    std::vector<double> values;
+    for (int32_t c = 0; c < config.samples.columnCount(); ++c)
+        for (double v : column(config.samples, c)) values.push_back(v);
+    values.push_back(double(config.samples.rowCount()));
+    if (const SampleStatistics* s = config.sampleStatistics.get()) {
+        for (int32_t i = 0; i < s->size(); ++i) {
+            for (int32_t j = 0; j < s->size(); ++j) values.push_back(s->correlation(i, j));
+            for (int k = 0; k < 4; ++k) values.push_back(s->moment(i, k));
+        }
+    }
+    return std::string(reinterpret_cast<const char*>(values.data()), values.size() * sizeof(double));
+}
+
 std::string recordOf(const PrepConfiguration& config) {
     std::ostringstream out;
     config.write(out);
@@ -102,7 +118,7 @@ TEST(PrepConfiguration, UnpreparableFactorAbortsWithItsPosition) {
     EXPECT_FALSE(config.sampleStatistics);
 }
 
-TEST(PrepConfiguration, StopOrExternalSampleLeaveNothingBehind) {
+TEST(PrepConfiguration, StopLeavesNothingBehind) {
     PrepConfiguration config = latinConfiguration(100, kNoCorrelation);
     int calls = 0;
     EXPECT_EQ(runGeneration(config, [&](int percent) { return ++calls < 70 && percent >= 0; }), kGenerationStopped);
@@ -110,10 +126,6 @@ TEST(PrepConfiguration, StopOrExternalSampleLeaveNothingBehind) {
     EXPECT_EQ(config.samples.rowCount(), 0);
     EXPECT_EQ(config.hasStatistics, 0);
     EXPECT_FALSE(config.sampleStatistics);
-
-    config.external = 1;
-    EXPECT_EQ(config.generate(1), 100);
-    EXPECT_EQ(config.samples.rowCount(), 0);
 }
 
 TEST(PrepConfiguration, SameSeedSameSampleThroughTheLoop) {
@@ -249,11 +261,23 @@ TEST(PrepConfiguration, ExternalSampleFile) {
     EXPECT_EQ(column(config.samples, 0), (std::vector<double>{1.5, -300.0, 0.0}));
     EXPECT_EQ(column(config.samples, 1), (std::vector<double>{2.0, 4.0, 0.25}));
     EXPECT_NEAR(config.sampleStatistics->mean(0), (1.5 - 300.0) / 2.0, 1e-12);
-    // Generation does nothing to an external sample.
-    config.prepareGeneration();
-    EXPECT_EQ(config.generate(1), 100);
 
+    // No generation request touches an external sample: the loop finishes at
+    // once, and neither a start nor a stop of a generation empties the store
+    // or drops the statistics.
     const std::string before = recordOf(config);
+    const std::string bytes = storeAndStatisticsBytes(config);
+    int steps = 0;
+    EXPECT_EQ(runGeneration(config, [&](int) { return ++steps < 0; }), kGenerationDone);
+    EXPECT_EQ(steps, 0);
+    EXPECT_EQ(storeAndStatisticsBytes(config), bytes);
+    config.prepareGeneration();
+    EXPECT_EQ(config.generate(51), 100);
+    config.cancelGeneration();
+    EXPECT_EQ(storeAndStatisticsBytes(config), bytes);
+    EXPECT_EQ(config.hasStatistics, 1);
+    EXPECT_EQ(recordOf(config), before);
+
     const char* refused[] = {
         "3a\n2\nx\ny\n1 2 3 4 5 6\n",         // a letter in the first line
         "3\n2.0\nx\ny\n1 2 3 4 5 6\n",        // a point in the second
