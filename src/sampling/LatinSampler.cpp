@@ -1,5 +1,7 @@
 #include "sampling/LatinSampler.h"
 
+#include <cmath>
+
 #include "common/UniformRandom.h"
 #include "correlation/DiagonalBand.h"
 #include "correlation/Ranking.h"
@@ -56,14 +58,22 @@ float LatinSampler::generate(float targetPercent, sampValues& store, FactorList&
     return progress;
 }
 
+double LatinSampler::stratumPoint(double u, int32_t stratum, int32_t n) {
+    // The method divides by n in single precision. Up to 2^24 rows that float
+    // is n exactly, so dividing by n itself gives the same samples there;
+    // beyond, the float rounds n (2^24 + 1 becomes 2^24) and the last strata
+    // would pass 1, where no inverse cumulative is defined.
+    const double divisor = double(n);
+    const double x = u / divisor + double(stratum) / divisor;
+    // Near 2^31 rows a stratum is barely wider than the spacing of doubles
+    // below 1, and the sum can round up to 1 itself.
+    return x < 1.0 ? x : std::nextafter(1.0, 0.0);
+}
+
 // Phase 0. Stratum `sampleIndex` of each column gets u/n + sampleIndex/n, so a
-// column stands in rising order afterwards. n is a single-precision divisor.
+// column stands in rising order afterwards.
 int LatinSampler::stratify(float target, sampValues& store, FactorList& factors, bool ranked, int32_t stochastic) {
     const int32_t n = numSamples;
-    // n is rounded to single precision as a divisor (a difference only past
-    // 2^24 rows); the divisions themselves are in double, so that every point
-    // stays inside its stratum at any size.
-    const double divisor = double(float(n));
     const int32_t count = ranked ? numFactors : stochastic;
     while (progress < target && factorPosition < count) {
         const int f = factors.factorAt(factorPosition);
@@ -71,7 +81,7 @@ int LatinSampler::stratify(float target, sampValues& store, FactorList& factors,
         double value = 0.0;
         if (isStochastic(factors, f)) {
             if (ranked || parentOf(factors, f) == -1) {
-                value = uniformRandom(&randomState) / divisor + double(sampleIndex) / divisor;
+                value = stratumPoint(uniformRandom(&randomState), sampleIndex, n);
                 write = true;
             }
         } else if (ranked && isConstantFactor(factors, f)) {

@@ -30,6 +30,10 @@ public:
     std::unique_ptr<Sampler> clone() const override { return std::make_unique<LatinSampler>(*this); }
     void readItems(std::istream& in) override { readCountsAndSeed(in); }
 
+    // The point of stratum `stratum` of `n` for a uniform draw u in (0, 1):
+    // u / n + stratum / n, inside [stratum / n, (stratum + 1) / n) and below 1.
+    static double stratumPoint(double u, int32_t stratum, int32_t n);
+
     int32_t phase = 0;  // 0 stratify, 1 shuffle, 2 finish; 3 once done
     int32_t stochasticIndex = 0;
     // The message of a rank table that could not be used; the sample is then

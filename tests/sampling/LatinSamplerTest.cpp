@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 
 #include "common/UniformRandom.h"
 #include "correlation/ImanConover.h"
@@ -262,6 +264,51 @@ TEST(LatinSampler, EveryCellDoneBeyondFloatPercentResolution) {
         ASSERT_EQ(constant[size_t(r)], 7.5) << r;
         ASSERT_TRUE(child[size_t(r)] > 0.0 && child[size_t(r)] < 1.0) << r;
     }
+}
+
+// Past 2^24 rows n is no longer exact in single precision (2^24 + 1 rounds
+// to 2^24): the last stratum must still lie inside [(n - 1) / n, 1), whatever
+// the draw, up to the largest sample size.
+TEST(LatinSampler, StrataStayBelowOneAtEverySize) {
+    const double smallest = 4.656613057391769e-10, largest = 0.9999998807907104;  // the generator's extremes
+    for (int64_t n : {int64_t(1) << 24, (int64_t(1) << 24) + 1, (int64_t(1) << 24) + 3, (int64_t(1) << 25) + 1,
+                      int64_t(std::numeric_limits<int32_t>::max())}) {
+        for (int64_t stratum : {int64_t(0), int64_t(1), n - 1}) {
+            for (double u : {smallest, 0.5, largest}) {
+                const double x = LatinSampler::stratumPoint(u, int32_t(stratum), int32_t(n));
+                ASSERT_LT(x, 1.0) << n << " " << stratum << " " << u;
+                const long double scaled = (long double)x * (long double)n;
+                ASSERT_GE(scaled, (long double)stratum) << n << " " << stratum << " " << u;
+                ASSERT_LT(scaled, (long double)(stratum + 1)) << n << " " << stratum << " " << u;
+            }
+        }
+    }
+}
+
+// The same through the sampler at 2^24 + 1 rows of one factor, up to the end
+// of the stratification (the exchanges after it only permute the column, and
+// would triple the time). Too slow for the sanitizer and unoptimised builds,
+// where the test above stands alone.
+TEST(LatinSampler, LargestExactSizePlusOneStaysInsideItsStrata) {
+#if defined(__SANITIZE_ADDRESS__) || !defined(__OPTIMIZE__)
+    GTEST_SKIP() << "2^24 + 1 rows only in an optimised build without sanitizers";
+#else
+    FactorList list;
+    list.addFactor(uniformFactor("a"));
+    const int32_t n = (int32_t(1) << 24) + 1;
+    LatinSampler s;
+    s.setSamples(n);
+    sampValues store;
+    ASSERT_EQ(drive(s, store, list, 25), 25.0f);
+    ASSERT_EQ(s.phase, 1);
+    ASSERT_EQ(store.rowCount(), n);
+    // Still in stratum order: row i holds the point of stratum i.
+    const std::vector<double> v = column(store, 0);
+    for (int32_t i = 0; i < n; ++i) {
+        const long double scaled = (long double)v[size_t(i)] * n;
+        ASSERT_TRUE(v[size_t(i)] < 1.0 && scaled >= i && scaled < i + 1) << i << " " << v[size_t(i)];
+    }
+#endif
 }
 
 }  // namespace
