@@ -24,7 +24,6 @@ void LatinSampler::reset() {
     column_.clear();
     columnOf_ = -1;
     scratch_.clear();
-    warningText.clear();
 }
 
 float LatinSampler::fail(const sampValues& store) {

@@ -36,9 +36,6 @@ public:
 
     int32_t phase = 0;  // 0 stratify, 1 shuffle, 2 finish; 3 once done
     int32_t stochasticIndex = 0;
-    // The message of a rank table that could not be used; the sample is then
-    // made without re-ranking. Empty otherwise.
-    std::string warningText;
 
 protected:
     void writeItems(std::ostream& out) const override { writeCountsAndSeed(out); }

@@ -45,7 +45,8 @@ PrepConfiguration::PrepConfiguration(const PrepConfiguration& other)
       nextFactor(other.nextFactor),
       nextRow(other.nextRow),
       errorText(other.errorText),
-      percent_(other.percent_) {}
+      percent_(other.percent_),
+      warningText_(other.warningText_) {}
 
 PrepConfiguration& PrepConfiguration::operator=(const PrepConfiguration& other) {
     if (this != &other) {
@@ -68,6 +69,7 @@ void PrepConfiguration::swap(PrepConfiguration& other) noexcept {
     std::swap(nextRow, other.nextRow);
     errorText.swap(other.errorText);
     std::swap(percent_, other.percent_);
+    warningText_.swap(other.warningText_);
 }
 
 void PrepConfiguration::setSamplerError(const std::string& text) {
@@ -96,6 +98,7 @@ void PrepConfiguration::prepareGeneration() {
     sampleStatistics.reset();
     hasStatistics = 0;
     errorText = kNoErrorsText;
+    warningText_.clear();
 }
 
 int PrepConfiguration::generate(int target) {
@@ -109,6 +112,7 @@ int PrepConfiguration::generate(int target) {
     // sampler still stands just below it.
     if (target <= 50 || !sampler->finished()) {
         const float reached = sampler->generate(float(target < 50 ? target : 50), samples, factors);
+        warningText_ = sampler->warningText;
         if (reached < 0.0f) {
             errorText = sampler->errorText;
             return -1;

@@ -43,6 +43,11 @@ public:
     // prepareGeneration and cancelGeneration leave an external sample, its
     // store and its statistics, untouched.
 
+    // The warning of the last generation, "" when there is none: the text of
+    // a correlation that could not be imposed, the sample being made without
+    // it. Every front end shows it once the generation is done.
+    const std::string& warningText() const { return warningText_; }
+
     // The Prep record: the whole of a .sam file and the first record of the
     // project files. The reader fills this object; callers that must keep
     // theirs on failure read into a temporary (readSampleFile does).
@@ -79,6 +84,7 @@ private:
     void setSamplerError(const std::string& text);
 
     int percent_ = 0;  // last percent of the value pass
+    std::string warningText_;
     std::vector<double> chunk_;  // cells of the current column on their way through the inverse
 };
 

@@ -22,7 +22,6 @@ void RandomSampler::reset() {
     scratch_.clear();
     column_.clear();
     columnOf_ = -1;
-    warningText.clear();
 }
 
 float RandomSampler::generate(float targetPercent, sampValues& store, FactorList& factors) {

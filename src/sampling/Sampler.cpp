@@ -61,6 +61,7 @@ void Sampler::reset() {
     sampleIndex = 0;
     factorPosition = 0;
     randomState = -seed;
+    warningText.clear();
 }
 
 int Sampler::setSamples(int32_t n) {

@@ -77,6 +77,10 @@ public:
     int32_t methodId = -1;
     std::string methodName;
     std::string errorText = kNoErrorsText;
+    // What the user must be told although the design was made: a rank table
+    // that could not be used, so that the sample is not (or only partly)
+    // correlated. Empty otherwise; emptied by reset.
+    std::string warningText;
     int32_t numSamples = 0;
     int32_t seed = 5648423;
     int32_t randomState = -5648423;
