@@ -36,7 +36,7 @@ std::string RankTable::build(const FactorList& factors, int32_t rows, int32_t bl
         };
         steinRanks_ = std::make_unique<SteinRanks>(reader, stein.rowCount(), stein.columnCount(), rows, blockRows,
                                                    replicates);
-        if (!steinRanks_->isValid()) return steinRanks_->errorText;
+        if (!steinRanks_->isValid()) return steinRanks_->errorText();
         int32_t stochastic = 0;
         for (int f = 0; f < factors.factorCount(); ++f) stochastic += isStochastic(factors, f) ? 1 : 0;
         return stein.columnCount() < stochastic ? kSteinNarrowText : std::string();

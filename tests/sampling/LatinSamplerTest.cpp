@@ -41,7 +41,7 @@ TEST(LatinSampler, OneValuePerStratumWithoutCorrelation) {
     latin.setSeed(12345);
     sampValues store;
     ASSERT_EQ(drive(latin, store, list), 50.0f);
-    EXPECT_EQ(latin.numFactors, 5);
+    EXPECT_EQ(latin.numFactors(), 5);
     ASSERT_EQ(store.rowCount(), 1000);
     ASSERT_EQ(store.columnCount(), 5);
     for (int c : {0, 2, 4}) {
@@ -59,7 +59,7 @@ TEST(LatinSampler, SingleStratumIsAPlainDraw) {
     FactorList list;
     list.addFactor(uniformFactor("a"));
     LatinSampler latin;
-    ASSERT_EQ(latin.numSamples, 1);
+    ASSERT_EQ(latin.numSamples(), 1);
     sampValues store;
     ASSERT_EQ(drive(latin, store, list), 50.0f);
     double x = 0.0;
@@ -89,15 +89,15 @@ TEST(LatinSampler, ImanConoverKeepsValuesAndReachesTarget) {
     // After the first phase each column stands in stratum order.
     a.reset();
     a.generate(25.0f, withRanks, correlated);
-    EXPECT_EQ(a.progress, 25.0f);
-    EXPECT_EQ(a.phase, 2) << "no exchange phase under rank correlation";
+    EXPECT_EQ(a.progress(), 25.0f);
+    EXPECT_EQ(a.phase(), 2) << "no exchange phase under rank correlation";
     for (int c = 0; c < 2; ++c) {
         const std::vector<double> v = column(withRanks, c);
         EXPECT_TRUE(std::is_sorted(v.begin(), v.end()));
     }
 
     ASSERT_EQ(drive(a, withRanks, correlated), 50.0f);
-    EXPECT_TRUE(a.warningText.empty());
+    EXPECT_TRUE(a.warningText().empty());
     ASSERT_EQ(drive(b, without, plain), 50.0f);
     for (int c = 0; c < 2; ++c) {
         std::vector<double> x = column(withRanks, c), y = column(without, c);
@@ -125,7 +125,7 @@ TEST(LatinSampler, FailedMatrixIsReportedAndSampleLeftUncorrelated) {
     latin.setSamples(1000);
     sampValues store;
     ASSERT_EQ(drive(latin, store, list), 50.0f);
-    EXPECT_EQ(latin.warningText, "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.");
+    EXPECT_EQ(latin.warningText(), "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.");
     for (int c = 0; c < 3; ++c) {
         const std::vector<double> v = column(store, c);
         EXPECT_TRUE(oneValuePerStratum(v)) << "no column collapses";
@@ -216,7 +216,7 @@ TEST(LatinSampler, SteinRanksCopyTheImportedOrder) {
     s.setSamples(rows);
     sampValues store;
     ASSERT_EQ(drive(s, store, list), 50.0f);
-    EXPECT_TRUE(s.warningText.empty());
+    EXPECT_TRUE(s.warningText().empty());
     const std::vector<double> a = column(store, 0), b = column(store, 1);
     EXPECT_TRUE(oneValuePerStratum(a));
     EXPECT_NEAR(spearman(a, b), -1.0, 1e-12);
@@ -226,7 +226,7 @@ TEST(LatinSampler, SteinRanksCopyTheImportedOrder) {
     // permutations of their strata.
     s.setSamples(rows + 1);
     ASSERT_EQ(drive(s, store, list), 50.0f);
-    EXPECT_FALSE(s.warningText.empty());
+    EXPECT_FALSE(s.warningText().empty());
     EXPECT_TRUE(oneValuePerStratum(column(store, 0)));
 }
 
@@ -296,7 +296,7 @@ TEST(LatinSampler, LargestExactSizePlusOneStaysInsideItsStrata) {
     s.setSamples(n);
     sampValues store;
     ASSERT_EQ(drive(s, store, list, 25), 25.0f);
-    ASSERT_EQ(s.phase, 1);
+    ASSERT_EQ(s.phase(), 1);
     ASSERT_EQ(store.rowCount(), n);
     // Still in stratum order: row i holds the point of stratum i.
     const std::vector<double> v = column(store, 0);

@@ -78,7 +78,7 @@ TEST(PrepConfiguration, ValuePassMapsDesignToFactorValues) {
     sampValues design(config.samples);
     for (int target = 51; p < 100; ++target) {
         p = config.generate(target);
-        ASSERT_GE(p, 0) << config.sampler->errorText;
+        ASSERT_GE(p, 0) << config.sampler->errorText();
     }
     ASSERT_EQ(config.hasStatistics, 1);
     ASSERT_TRUE(config.sampleStatistics);
@@ -111,7 +111,7 @@ TEST(PrepConfiguration, UnpreparableFactorAbortsWithItsPosition) {
     random->setSamples(30);
     config.sampler = std::move(random);
     EXPECT_EQ(runGeneration(config, nullptr).result, kGenerationFailed);
-    EXPECT_EQ(config.sampler->errorText,
+    EXPECT_EQ(config.sampler->errorText(),
               "I cannot calculate the inverse cumulative of factor 3 : generation aborted");
     EXPECT_EQ(config.samples.rowCount(), 0);
     EXPECT_EQ(config.hasStatistics, 0);
@@ -219,8 +219,8 @@ TEST(PrepConfiguration, SampleFileRoundTripIsByteIdentical) {
     EXPECT_EQ(back.sampleFile, config.sampleFile);
     EXPECT_EQ(back.hasStatistics, 1);
     ASSERT_TRUE(back.sampler);
-    EXPECT_EQ(back.sampler->methodId, 2);
-    EXPECT_EQ(back.sampler->seed, 2024);
+    EXPECT_EQ(back.sampler->methodId(), 2);
+    EXPECT_EQ(back.sampler->seed(), 2024);
     EXPECT_EQ(back.samples.rowCount(), 120);
     ASSERT_EQ(back.writeSampleFile(dir.file("second.sam")), 1);
     EXPECT_EQ(readFile(dir.file("second.sam")), first);
@@ -260,8 +260,8 @@ TEST(PrepConfiguration, BadSampleFilesLeaveTheConfigurationAsItWas) {
         PrepConfiguration back;
         ASSERT_EQ(back.readSampleFile(dir.file("good.sam")), 1);
         ASSERT_TRUE(back.sampler);
-        EXPECT_EQ(back.sampler->methodName, "Random");
-        EXPECT_EQ(back.sampler->numSamples, 6);
+        EXPECT_EQ(back.sampler->methodName(), "Random");
+        EXPECT_EQ(back.sampler->numSamples(), 6);
         EXPECT_EQ(recordOf(back), good);
     }
 
@@ -315,9 +315,9 @@ TEST(PrepConfiguration, ExternalSampleFile) {
     EXPECT_EQ(config.factors.getFactor(0)->name, "alpha");
     EXPECT_EQ(config.factors.getFactor(1)->name, "b2") << "a digit after the first character is accepted";
     ASSERT_TRUE(config.sampler);
-    EXPECT_EQ(config.sampler->methodId, 5);
-    EXPECT_EQ(config.sampler->numSamples, 3);
-    EXPECT_EQ(config.sampler->seed, 1);
+    EXPECT_EQ(config.sampler->methodId(), 5);
+    EXPECT_EQ(config.sampler->numSamples(), 3);
+    EXPECT_EQ(config.sampler->seed(), 1);
     EXPECT_EQ(column(config.samples, 0), (std::vector<double>{1.5, -300.0, 0.0}));
     EXPECT_EQ(column(config.samples, 1), (std::vector<double>{2.0, 4.0, 0.25}));
     EXPECT_NEAR(config.sampleStatistics->mean(0), (1.5 - 300.0) / 2.0, 1e-12);
