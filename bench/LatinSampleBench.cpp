@@ -107,7 +107,7 @@ void BM_LatinImanConoverSample(benchmark::State& state) {
         const double values = since(start);
         const double valuesCpu = processorSeconds() - cpu;
         if (percent != 100) {
-            state.SkipWithError(config.sampler->errorText.c_str());
+            state.SkipWithError(config.sampler->errorText().c_str());
             break;
         }
 

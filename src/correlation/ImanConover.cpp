@@ -43,15 +43,15 @@ void ImanConover::buildFromList(const FactorList& factors) {
 
 ImanConover::ImanConover(const float* matrix, int32_t n) : factorCount_(n > 0 ? n : 0) {
     const size_t cells = size_t(factorCount_) * size_t(factorCount_);
-    target.assign(cells, 0.0);
-    for (size_t i = 0; i < cells; ++i) target[i] = double(matrix[i]);
+    target_.assign(cells, 0.0);
+    for (size_t i = 0; i < cells; ++i) target_[i] = double(matrix[i]);
     decompose();
 }
 
 void ImanConover::build(const float* matrix) {
     const size_t cells = size_t(factorCount_) * size_t(factorCount_);
-    target.assign(cells, 0.0);
-    for (size_t i = 0; i < cells; ++i) target[i] = double(matrix[i]);
+    target_.assign(cells, 0.0);
+    for (size_t i = 0; i < cells; ++i) target_[i] = double(matrix[i]);
 
     // Scores: the truncation of the default Normal squeezes them into its
     // span, and equal scores can arise only from it.
@@ -92,7 +92,7 @@ void ImanConover::decompose() {
     std::vector<double> a(size_t(n) * size_t(n), 0.0);
     auto at = [&](int32_t i, int32_t j) -> double& { return a[size_t(i) * size_t(n) + size_t(j)]; };
     for (int32_t j = 0; j < n && !failed_; ++j) {
-        double d = target[size_t(j) * size_t(n) + size_t(j)];
+        double d = target_[size_t(j) * size_t(n) + size_t(j)];
         for (int32_t k = 0; k < j; ++k) d -= at(j, k) * at(j, k);
         // A d of exactly 0 (a correlation of 1) passes; the divisions below
         // then give what they give, as they always have.
@@ -102,19 +102,19 @@ void ImanConover::decompose() {
         }
         at(j, j) = std::sqrt(d);
         for (int32_t i = j + 1; i < n; ++i) {
-            double s = target[size_t(i) * size_t(n) + size_t(j)];
+            double s = target_[size_t(i) * size_t(n) + size_t(j)];
             for (int32_t k = 0; k < j; ++k) s -= at(j, k) * at(i, k);
             at(i, j) = s / at(j, j);
         }
     }
     if (failed_) {
         // Zeroed where the decomposition stopped, not transposed.
-        cholesky = a;
+        cholesky_ = a;
         return;
     }
-    cholesky.assign(a.size(), 0.0);
+    cholesky_.assign(a.size(), 0.0);
     for (int32_t i = 0; i < n; ++i)
-        for (int32_t j = 0; j < n; ++j) cholesky[size_t(j) * size_t(n) + size_t(i)] = at(i, j);
+        for (int32_t j = 0; j < n; ++j) cholesky_[size_t(j) * size_t(n) + size_t(i)] = at(i, j);
 }
 
 void ImanConover::correlateAndRank() {
@@ -139,7 +139,7 @@ void ImanConover::correlateAndRank() {
                 for (int32_t j = 0; j < n; ++j) {
                     // The weights beyond j are exactly 0 and add nothing.
                     double v = 0.0;
-                    for (int32_t k = 0; k <= j; ++k) v += cholesky[size_t(k) * size_t(n) + size_t(j)] * x[size_t(k)];
+                    for (int32_t k = 0; k <= j; ++k) v += cholesky_[size_t(k) * size_t(n) + size_t(j)] * x[size_t(k)];
                     sums[size_t(j) * kBlockRows + r] = v;
                 }
             }

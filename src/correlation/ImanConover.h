@@ -55,8 +55,8 @@ public:
 
     // n by n, row after row: the target, and the Cholesky factor after its
     // transposition (upper triangular), zero where the decomposition stopped.
-    std::vector<double> target;
-    std::vector<double> cholesky;
+    const std::vector<double>& target() const { return target_; }
+    const std::vector<double>& cholesky() const { return cholesky_; }
 
 private:
     void build(const float* matrix);
@@ -65,6 +65,8 @@ private:
     void decompose();
     void correlateAndRank();
 
+    std::vector<double> target_;
+    std::vector<double> cholesky_;
     int failed_ = 0;
     int32_t factorCount_ = 0;
     int32_t rowCount_ = 0;

@@ -13,7 +13,7 @@ SteinRanks::SteinRanks(const RowReader& readRow, int32_t availableRows, int32_t 
     (void)replicates;  // the blocks follow from the row count and their length
     if (rows_ > availableRows) {
         failed_ = 1;
-        errorText = "The Stein correlation sample is smaller than the sample to generate.\nNo correlation can be calculated.";
+        errorText_ = "The Stein correlation sample is smaller than the sample to generate.\nNo correlation can be calculated.";
         rows_ = 0;
         return;
     }
@@ -27,7 +27,7 @@ SteinRanks::SteinRanks(const RowReader& readRow, int32_t availableRows, int32_t 
         for (int32_t r = 0; r < length; ++r) {
             if (!readRow(first + r, row.data())) {
                 failed_ = 1;
-                errorText = "The Stein correlation sample cannot be read.\nNo correlation can be calculated.";
+                errorText_ = "The Stein correlation sample cannot be read.\nNo correlation can be calculated.";
                 ranks_.clear();
                 rows_ = 0;
                 return;

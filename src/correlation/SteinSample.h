@@ -11,6 +11,9 @@
 
 namespace tarvex {
 
+inline constexpr const char* kSteinEmptyText =
+    "The Stein correlation sample is empty.\nNo correlation can be calculated.";
+
 class SteinSample {
 public:
     int32_t rowCount() const { return rows_; }

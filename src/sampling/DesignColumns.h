@@ -14,6 +14,10 @@ class ImanConover;
 class SteinRanks;
 class sampValues;
 
+inline constexpr const char* kSteinNarrowText =
+    "The Stein correlation sample has fewer columns than the stochastic factors.\n"
+    "The factors beyond its columns are not correlated.";
+
 [[nodiscard]] int readColumn(sampValues& store, int32_t column, int32_t rows, std::vector<double>& out);
 [[nodiscard]] int writeColumn(sampValues& store, int32_t column, const std::vector<double>& values);
 
@@ -30,7 +34,8 @@ public:
     RankTable& operator=(const RankTable&) = delete;
 
     // Builds the table for `rows` rows in blocks of `blockRows`. Returns the
-    // message to report when it cannot be used, "" otherwise.
+    // message to report when it cannot be used, or not for every stochastic
+    // factor; "" otherwise.
     [[nodiscard]] std::string build(const FactorList& factors, int32_t rows, int32_t blockRows, int32_t replicates);
     void release();
     bool built() const { return built_; }

@@ -40,6 +40,13 @@ public:
     // why). An external sample is finished already.
     [[nodiscard]] int generate(int target);
     void cancelGeneration();
+    // prepareGeneration and cancelGeneration leave an external sample, its
+    // store and its statistics, untouched.
+
+    // The warning of the last generation, "" when there is none: the text of
+    // a correlation that could not be imposed, the sample being made without
+    // it. Every front end shows it once the generation is done.
+    const std::string& warningText() const { return warningText_; }
 
     // The Prep record: the whole of a .sam file and the first record of the
     // project files. The reader fills this object; callers that must keep
@@ -66,9 +73,6 @@ public:
     std::unique_ptr<SampleStatistics> sampleStatistics;
     int32_t hasStatistics = 0;
     int32_t external = 0;
-    std::vector<std::string> factorNames;
-    int32_t nextFactor = -1;
-    int32_t nextRow = 0;
     std::string errorText = kNoErrorsText;
 
 private:
@@ -76,7 +80,11 @@ private:
     int32_t rowsForPercent(int target, int32_t rows, double cells) const;
     void setSamplerError(const std::string& text);
 
+    std::vector<std::string> factorNames_;  // filled by prepareGeneration
+    int32_t nextFactor_ = -1;  // cursor of the value pass: factor position, -1 before it starts
+    int32_t nextRow_ = 0;      // and sample index
     int percent_ = 0;  // last percent of the value pass
+    std::string warningText_;
     std::vector<double> chunk_;  // cells of the current column on their way through the inverse
 };
 

@@ -26,9 +26,6 @@ public:
     std::unique_ptr<Sampler> clone() const override { return std::make_unique<RandomSampler>(*this); }
     void readItems(std::istream& in) override { readCountsAndSeed(in); }
 
-    // The message of a rank table that could not be used; the sample is then
-    // made without re-ranking. Empty otherwise.
-    std::string warningText;
 
 protected:
     void writeItems(std::ostream& out) const override { writeCountsAndSeed(out); }

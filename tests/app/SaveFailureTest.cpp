@@ -83,7 +83,7 @@ TEST(SaveFailure, EveryFormatKeepsItsFormerFile) {
         random->setSamples(200);
         random->setSeed(7 + version);
         config.sampler = std::move(random);
-        if (runGeneration(config, nullptr) != kGenerationDone) return 0;
+        if (runGeneration(config, nullptr).result != kGenerationDone) return 0;
         return config.writeSampleFile(path);
     });
     checkFailedSavesKeepTheFormerFile(".imd", [](const std::string& path, int version) {

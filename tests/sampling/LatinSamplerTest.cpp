@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 
 #include "common/UniformRandom.h"
 #include "correlation/ImanConover.h"
@@ -39,7 +41,7 @@ TEST(LatinSampler, OneValuePerStratumWithoutCorrelation) {
     ASSERT_EQ(latin.setSeed(12345), 1);
     sampValues store;
     ASSERT_EQ(drive(latin, store, list), 50.0f);
-    EXPECT_EQ(latin.numFactors, 5);
+    EXPECT_EQ(latin.numFactors(), 5);
     ASSERT_EQ(store.rowCount(), 1000);
     ASSERT_EQ(store.columnCount(), 5);
     for (int c : {0, 2, 4}) {
@@ -57,7 +59,7 @@ TEST(LatinSampler, SingleStratumIsAPlainDraw) {
     FactorList list;
     ASSERT_EQ(list.addFactor(uniformFactor("a")), 1);
     LatinSampler latin;
-    ASSERT_EQ(latin.numSamples, 1);
+    ASSERT_EQ(latin.numSamples(), 1);
     sampValues store;
     ASSERT_EQ(drive(latin, store, list), 50.0f);
     double x = 0.0;
@@ -86,16 +88,16 @@ TEST(LatinSampler, ImanConoverKeepsValuesAndReachesTarget) {
 
     // After the first phase each column stands in stratum order.
     a.reset();
-    ASSERT_EQ(a.generate(25.0f, withRanks, correlated), 25.0f);
-    EXPECT_EQ(a.progress, 25.0f);
-    EXPECT_EQ(a.phase, 2) << "no exchange phase under rank correlation";
+    a.generate(25.0f, withRanks, correlated);
+    EXPECT_EQ(a.progress(), 25.0f);
+    EXPECT_EQ(a.phase(), 2) << "no exchange phase under rank correlation";
     for (int c = 0; c < 2; ++c) {
         const std::vector<double> v = column(withRanks, c);
         EXPECT_TRUE(std::is_sorted(v.begin(), v.end()));
     }
 
     ASSERT_EQ(drive(a, withRanks, correlated), 50.0f);
-    EXPECT_TRUE(a.warningText.empty());
+    EXPECT_TRUE(a.warningText().empty());
     ASSERT_EQ(drive(b, without, plain), 50.0f);
     for (int c = 0; c < 2; ++c) {
         std::vector<double> x = column(withRanks, c), y = column(without, c);
@@ -123,7 +125,7 @@ TEST(LatinSampler, FailedMatrixIsReportedAndSampleLeftUncorrelated) {
     ASSERT_EQ(latin.setSamples(1000), 1);
     sampValues store;
     ASSERT_EQ(drive(latin, store, list), 50.0f);
-    EXPECT_EQ(latin.warningText, "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.");
+    EXPECT_EQ(latin.warningText(), "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.");
     for (int c = 0; c < 3; ++c) {
         const std::vector<double> v = column(store, c);
         EXPECT_TRUE(oneValuePerStratum(v)) << "no column collapses";
@@ -214,7 +216,7 @@ TEST(LatinSampler, SteinRanksCopyTheImportedOrder) {
     ASSERT_EQ(s.setSamples(rows), 1);
     sampValues store;
     ASSERT_EQ(drive(s, store, list), 50.0f);
-    EXPECT_TRUE(s.warningText.empty());
+    EXPECT_TRUE(s.warningText().empty());
     const std::vector<double> a = column(store, 0), b = column(store, 1);
     EXPECT_TRUE(oneValuePerStratum(a));
     EXPECT_NEAR(spearman(a, b), -1.0, 1e-12);
@@ -224,7 +226,7 @@ TEST(LatinSampler, SteinRanksCopyTheImportedOrder) {
     // permutations of their strata.
     ASSERT_EQ(s.setSamples(rows + 1), 1);
     ASSERT_EQ(drive(s, store, list), 50.0f);
-    EXPECT_FALSE(s.warningText.empty());
+    EXPECT_FALSE(s.warningText().empty());
     EXPECT_TRUE(oneValuePerStratum(column(store, 0)));
 }
 
@@ -261,6 +263,46 @@ TEST(LatinSampler, EveryCellDoneBeyondFloatPercentResolution) {
     for (int32_t r = 0; r < n; ++r) {
         ASSERT_EQ(constant[size_t(r)], 7.5) << r;
         ASSERT_TRUE(child[size_t(r)] > 0.0 && child[size_t(r)] < 1.0) << r;
+    }
+}
+
+// Past 2^24 rows n is no longer exact in single precision (2^24 + 1 rounds
+// to 2^24): the last stratum must still lie inside [(n - 1) / n, 1), whatever
+// the draw, up to the largest sample size.
+TEST(LatinSampler, StrataStayBelowOneAtEverySize) {
+    const double smallest = 4.656613057391769e-10, largest = 0.9999998807907104;  // the generator's extremes
+    for (int64_t n : {int64_t(1) << 24, (int64_t(1) << 24) + 1, (int64_t(1) << 24) + 3, (int64_t(1) << 25) + 1,
+                      int64_t(std::numeric_limits<int32_t>::max())}) {
+        for (int64_t stratum : {int64_t(0), int64_t(1), n - 1}) {
+            for (double u : {smallest, 0.5, largest}) {
+                const double x = LatinSampler::stratumPoint(u, int32_t(stratum), int32_t(n));
+                ASSERT_LT(x, 1.0) << n << " " << stratum << " " << u;
+                const long double scaled = (long double)x * (long double)n;
+                ASSERT_GE(scaled, (long double)stratum) << n << " " << stratum << " " << u;
+                ASSERT_LT(scaled, (long double)(stratum + 1)) << n << " " << stratum << " " << u;
+            }
+        }
+    }
+}
+
+// The same through the sampler at 2^24 + 1 rows of one factor, up to the end
+// of the stratification: the exchanges after it only permute the column, and
+// would triple the time.
+TEST(LatinSampler, LargestExactSizePlusOneStaysInsideItsStrata) {
+    FactorList list;
+    list.addFactor(uniformFactor("a"));
+    const int32_t n = (int32_t(1) << 24) + 1;
+    LatinSampler s;
+    s.setSamples(n);
+    sampValues store;
+    ASSERT_EQ(drive(s, store, list, 25), 25.0f);
+    ASSERT_EQ(s.phase(), 1);
+    ASSERT_EQ(store.rowCount(), n);
+    // Still in stratum order: row i holds the point of stratum i.
+    const std::vector<double> v = column(store, 0);
+    for (int32_t i = 0; i < n; ++i) {
+        const long double scaled = (long double)v[size_t(i)] * n;
+        ASSERT_TRUE(v[size_t(i)] < 1.0 && scaled >= i && scaled < i + 1) << i << " " << v[size_t(i)];
     }
 }
 

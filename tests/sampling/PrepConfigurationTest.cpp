@@ -46,6 +46,22 @@ PrepConfiguration latinConfiguration(int32_t rows, int mode) {
     return config;
 }
 
+// The stored values and the statistics as raw bytes: equal only if every
+// double is bit for bit the same.
+std::string storeAndStatisticsBytes(PrepConfiguration& config) {
+    std::vector<double> values;
+    for (int32_t c = 0; c < config.samples.columnCount(); ++c)
+        for (double v : column(config.samples, c)) values.push_back(v);
+    values.push_back(double(config.samples.rowCount()));
+    if (const SampleStatistics* s = config.sampleStatistics.get()) {
+        for (int32_t i = 0; i < s->size(); ++i) {
+            for (int32_t j = 0; j < s->size(); ++j) values.push_back(s->correlation(i, j));
+            for (int k = 0; k < 4; ++k) values.push_back(s->moment(i, k));
+        }
+    }
+    return std::string(reinterpret_cast<const char*>(values.data()), values.size() * sizeof(double));
+}
+
 std::string recordOf(const PrepConfiguration& config) {
     std::ostringstream out;
     config.write(out);
@@ -62,7 +78,7 @@ TEST(PrepConfiguration, ValuePassMapsDesignToFactorValues) {
     sampValues design(config.samples);
     for (int target = 51; p < 100; ++target) {
         p = config.generate(target);
-        ASSERT_GE(p, 0) << config.sampler->errorText;
+        ASSERT_GE(p, 0) << config.sampler->errorText();
     }
     ASSERT_EQ(config.hasStatistics, 1);
     ASSERT_TRUE(config.sampleStatistics);
@@ -94,36 +110,92 @@ TEST(PrepConfiguration, UnpreparableFactorAbortsWithItsPosition) {
     auto random = std::make_unique<RandomSampler>();
     ASSERT_EQ(random->setSamples(30), 1);
     config.sampler = std::move(random);
-    EXPECT_EQ(runGeneration(config, nullptr), kGenerationFailed);
-    EXPECT_EQ(config.sampler->errorText,
+    EXPECT_EQ(runGeneration(config, nullptr).result, kGenerationFailed);
+    EXPECT_EQ(config.sampler->errorText(),
               "I cannot calculate the inverse cumulative of factor 3 : generation aborted");
     EXPECT_EQ(config.samples.rowCount(), 0);
     EXPECT_EQ(config.hasStatistics, 0);
     EXPECT_FALSE(config.sampleStatistics);
 }
 
-TEST(PrepConfiguration, StopOrExternalSampleLeaveNothingBehind) {
+TEST(PrepConfiguration, StopLeavesNothingBehind) {
     PrepConfiguration config = latinConfiguration(100, kNoCorrelation);
     int calls = 0;
-    EXPECT_EQ(runGeneration(config, [&](int percent) { return ++calls < 70 && percent >= 0; }), kGenerationStopped);
+    EXPECT_EQ(runGeneration(config, [&](int percent) { return ++calls < 70 && percent >= 0; }).result, kGenerationStopped);
     EXPECT_EQ(calls, 70);
     EXPECT_EQ(config.samples.rowCount(), 0);
     EXPECT_EQ(config.hasStatistics, 0);
     EXPECT_FALSE(config.sampleStatistics);
+}
 
-    config.external = 1;
-    EXPECT_EQ(config.generate(1), 100);
-    EXPECT_EQ(config.samples.rowCount(), 0);
+// A correlation that cannot be imposed leaves a sample made without it; the
+// loop says so in the words the user is shown, and the next generation that
+// succeeds has nothing to say.
+TEST(PrepConfiguration, UncorrelatedSampleIsReportedByTheLoop) {
+    const std::string notPositive =
+        "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.";
+    const std::string steinEmpty = "The Stein correlation sample is empty.\nNo correlation can be calculated.";
+    const std::string steinNarrow =
+        "The Stein correlation sample has fewer columns than the stochastic factors.\n"
+        "The factors beyond its columns are not correlated.";
+    auto configuration = [](std::unique_ptr<Sampler> sampler, int factors, int mode) {
+        PrepConfiguration config;
+        for (int i = 0; i < factors; ++i) config.factors.addFactor(uniformFactor(std::string(1, char('a' + i))));
+        config.factors.correlationMode = mode;
+        sampler->setSamples(40);
+        config.sampler = std::move(sampler);
+        return config;
+    };
+    // An imported sample of 40 rows in which the second column falls as the
+    // first rises.
+    std::vector<double> stein;
+    for (int r = 0; r < 40; ++r) stein.insert(stein.end(), {double(r), double(-r)});
+
+    struct Case {
+        const char* what;
+        PrepConfiguration config;
+        std::string warning;
+    };
+    std::vector<Case> cases;
+    cases.push_back({"Latin, impossible matrix", configuration(std::make_unique<LatinSampler>(), 0, 0), notPositive});
+    makeImpossibleCorrelations(cases.back().config.factors);
+    cases.push_back({"Random, impossible matrix", configuration(std::make_unique<RandomSampler>(), 0, 0), notPositive});
+    makeImpossibleCorrelations(cases.back().config.factors);
+    cases.push_back({"empty Stein sample", configuration(std::make_unique<LatinSampler>(), 2, kSteinCorrelation),
+                     steinEmpty});
+    cases.push_back({"narrow Stein sample", configuration(std::make_unique<LatinSampler>(), 3, kSteinCorrelation),
+                     steinNarrow});
+    cases.back().config.factors.steinInfo.assign(40, 2, stein);
+    cases.push_back({"Stein sample as wide as the factors",
+                     configuration(std::make_unique<LatinSampler>(), 2, kSteinCorrelation), ""});
+    cases.back().config.factors.steinInfo.assign(40, 2, stein);
+    for (Case& c : cases) {
+        const GenerationOutcome outcome = runGeneration(c.config, nullptr);
+        EXPECT_EQ(outcome.result, kGenerationDone) << c.what;
+        EXPECT_EQ(outcome.warningText, c.warning) << c.what;
+        EXPECT_EQ(c.config.warningText(), c.warning) << c.what;
+        EXPECT_EQ(c.config.samples.rowCount(), 40) << c.what;
+    }
+    // Where the Stein sample has the column, its order is taken.
+    EXPECT_NEAR(spearman(column(cases[3].config.samples, 0), column(cases[3].config.samples, 1)), -1.0, 1e-12);
+
+    // A matrix that can be carried: the warning of the run before is gone.
+    PrepConfiguration& fixed = cases[0].config;
+    fixed.factors.setMatrixValue(1, 2, 0.9);
+    const GenerationOutcome outcome = runGeneration(fixed, nullptr);
+    EXPECT_EQ(outcome.result, kGenerationDone);
+    EXPECT_EQ(outcome.warningText, "");
+    EXPECT_EQ(fixed.warningText(), "");
 }
 
 TEST(PrepConfiguration, SameSeedSameSampleThroughTheLoop) {
     PrepConfiguration one = latinConfiguration(300, kImanConoverCorrelation);
     PrepConfiguration two = latinConfiguration(300, kImanConoverCorrelation);
-    ASSERT_EQ(runGeneration(one, nullptr), kGenerationDone);
-    ASSERT_EQ(runGeneration(two, nullptr), kGenerationDone);
+    ASSERT_EQ(runGeneration(one, nullptr).result, kGenerationDone);
+    ASSERT_EQ(runGeneration(two, nullptr).result, kGenerationDone);
     EXPECT_EQ(recordOf(one), recordOf(two));
-    ASSERT_EQ(two.sampler->setSeed(2025), 1);
-    ASSERT_EQ(runGeneration(two, nullptr), kGenerationDone);
+    two.sampler->setSeed(2025);
+    ASSERT_EQ(runGeneration(two, nullptr).result, kGenerationDone);
     EXPECT_NE(column(one.samples, 0), column(two.samples, 0));
 }
 
@@ -133,7 +205,7 @@ TEST(PrepConfiguration, SampleFileRoundTripIsByteIdentical) {
     ASSERT_EQ(Environment::instance().directories().setPrepDirectory(dir.path().string()), 1);
     PrepConfiguration config = latinConfiguration(120, kImanConoverCorrelation);
     config.sampleFile = dir.file("first.sam");
-    ASSERT_EQ(runGeneration(config, nullptr), kGenerationDone);
+    ASSERT_EQ(runGeneration(config, nullptr).result, kGenerationDone);
     ASSERT_EQ(config.writeSampleFile(dir.file("first.sam")), 1);
     const std::string first = readFile(dir.file("first.sam"));
     // The record ends with the file name and an empty line.
@@ -147,8 +219,8 @@ TEST(PrepConfiguration, SampleFileRoundTripIsByteIdentical) {
     EXPECT_EQ(back.sampleFile, config.sampleFile);
     EXPECT_EQ(back.hasStatistics, 1);
     ASSERT_TRUE(back.sampler);
-    EXPECT_EQ(back.sampler->methodId, 2);
-    EXPECT_EQ(back.sampler->seed, 2024);
+    EXPECT_EQ(back.sampler->methodId(), 2);
+    EXPECT_EQ(back.sampler->seed(), 2024);
     EXPECT_EQ(back.samples.rowCount(), 120);
     ASSERT_EQ(back.writeSampleFile(dir.file("second.sam")), 1);
     EXPECT_EQ(readFile(dir.file("second.sam")), first);
@@ -179,7 +251,7 @@ TEST(PrepConfiguration, BadSampleFilesLeaveTheConfigurationAsItWas) {
     auto random = std::make_unique<RandomSampler>();
     ASSERT_EQ(random->setSamples(6), 1);
     config.sampler = std::move(random);
-    ASSERT_EQ(runGeneration(config, nullptr), kGenerationDone);
+    ASSERT_EQ(runGeneration(config, nullptr).result, kGenerationDone);
     ASSERT_EQ(config.writeSampleFile(dir.file("good.sam")), 1);
     const std::string good = readFile(dir.file("good.sam"));
     const std::string before = recordOf(config);
@@ -188,8 +260,8 @@ TEST(PrepConfiguration, BadSampleFilesLeaveTheConfigurationAsItWas) {
         PrepConfiguration back;
         ASSERT_EQ(back.readSampleFile(dir.file("good.sam")), 1);
         ASSERT_TRUE(back.sampler);
-        EXPECT_EQ(back.sampler->methodName, "Random");
-        EXPECT_EQ(back.sampler->numSamples, 6);
+        EXPECT_EQ(back.sampler->methodName(), "Random");
+        EXPECT_EQ(back.sampler->numSamples(), 6);
         EXPECT_EQ(recordOf(back), good);
     }
 
@@ -243,17 +315,29 @@ TEST(PrepConfiguration, ExternalSampleFile) {
     EXPECT_EQ(config.factors.getFactor(0)->name(), "alpha");
     EXPECT_EQ(config.factors.getFactor(1)->name(), "b2") << "a digit after the first character is accepted";
     ASSERT_TRUE(config.sampler);
-    EXPECT_EQ(config.sampler->methodId, 5);
-    EXPECT_EQ(config.sampler->numSamples, 3);
-    EXPECT_EQ(config.sampler->seed, 1);
+    EXPECT_EQ(config.sampler->methodId(), 5);
+    EXPECT_EQ(config.sampler->numSamples(), 3);
+    EXPECT_EQ(config.sampler->seed(), 1);
     EXPECT_EQ(column(config.samples, 0), (std::vector<double>{1.5, -300.0, 0.0}));
     EXPECT_EQ(column(config.samples, 1), (std::vector<double>{2.0, 4.0, 0.25}));
     EXPECT_NEAR(config.sampleStatistics->mean(0), (1.5 - 300.0) / 2.0, 1e-12);
-    // Generation does nothing to an external sample.
-    config.prepareGeneration();
-    EXPECT_EQ(config.generate(1), 100);
 
+    // No generation request touches an external sample: the loop finishes at
+    // once, and neither a start nor a stop of a generation empties the store
+    // or drops the statistics.
     const std::string before = recordOf(config);
+    const std::string bytes = storeAndStatisticsBytes(config);
+    int steps = 0;
+    EXPECT_EQ(runGeneration(config, [&](int) { return ++steps < 0; }).result, kGenerationDone);
+    EXPECT_EQ(steps, 0);
+    EXPECT_EQ(storeAndStatisticsBytes(config), bytes);
+    config.prepareGeneration();
+    EXPECT_EQ(config.generate(51), 100);
+    config.cancelGeneration();
+    EXPECT_EQ(storeAndStatisticsBytes(config), bytes);
+    EXPECT_EQ(config.hasStatistics, 1);
+    EXPECT_EQ(recordOf(config), before);
+
     const char* refused[] = {
         "3a\n2\nx\ny\n1 2 3 4 5 6\n",         // a letter in the first line
         "3\n2.0\nx\ny\n1 2 3 4 5 6\n",        // a point in the second

@@ -80,7 +80,7 @@ TEST(RandomSampler, FailedMatrixLeavesIndependentColumns) {
     ASSERT_EQ(s.setSamples(1000), 1);
     sampValues store;
     ASSERT_EQ(drive(s, store, list), 50.0f);
-    EXPECT_EQ(s.warningText, "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.");
+    EXPECT_EQ(s.warningText(), "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.");
     for (int c = 0; c < 3; ++c) {
         const std::vector<double> v = column(store, c);
         // Not collapsed onto one value.
