@@ -58,14 +58,13 @@ bool makeConfiguration(int32_t rows, PrepConfiguration& config) {
     bool ok = true;
     for (int i = 0; i < 10; ++i) {
         auto n = std::make_unique<Normal>();
-        n->setName(std::string(1, 'n').append(std::to_string(i)));
-        n->setMean(double(i));
-        n->setStdDeviation(1.0 + 0.1 * i);
-        config.factors.addFactor(std::move(n));
+        ok = ok && n->setName(std::string(1, 'n').append(std::to_string(i)));
+        ok = ok && n->setMean(double(i)) && n->setStdDeviation(1.0 + 0.1 * i);
+        ok = ok && config.factors.addFactor(std::move(n));
     }
     for (int i = 0; i < 10; ++i) {
         auto u = std::make_unique<Uniform>();
-        u->setName(std::string(1, 'u').append(std::to_string(i)));
+        ok = ok && u->setName(std::string(1, 'u').append(std::to_string(i)));
         u->clear();
         ok = ok && u->addInterval(std::make_unique<Interval>(-double(i), double(i + 1), 1.0));
         ok = ok && config.factors.addFactor(std::move(u));

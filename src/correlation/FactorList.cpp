@@ -131,7 +131,7 @@ int FactorList::renameFactor(int i, const std::string& newName) {
     const std::string oldName = factor.name();
     if (newName == oldName) return 1;
     if (!renameAllowed(i, newName, -1)) return 0;
-    factor.setName(newName);
+    (void)factor.setName(newName);  // renameAllowed has checked the name
     tree_.rename(i, newName);
     followRename(oldName, newName, -1);
     modified = 1;

@@ -99,7 +99,8 @@ int Relation::renameFactor(const std::string& oldName, const std::string& newNam
     auto it = std::find(factorNames_.begin(), factorNames_.end(), oldName);
     if (it == factorNames_.end()) return 0;
     *it = newName;
-    setExpression(renamedExpression(oldName, newName));
+    // A renamed text that its dry run refuses leaves the former one, as any refused text does.
+    (void)setExpression(renamedExpression(oldName, newName));
     return 1;
 }
 

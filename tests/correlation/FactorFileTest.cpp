@@ -42,9 +42,9 @@ TEST_F(FactorFile, ExactTextOfASmallList) {
     FactorList list;
     auto n = named<Normal>("x1");
     EXPECT_EQ(n->setNote("  spaced "), 1);
-    n->setMean(1.23456789);
-    n->setStdDeviation(2.0);
-    list.addFactor(std::move(n));
+    EXPECT_EQ(n->setMean(1.23456789), 1);
+    EXPECT_EQ(n->setStdDeviation(2.0), 1);
+    EXPECT_EQ(list.addFactor(std::move(n)), 1);
     auto c = named<Constant>("c");
     c->value = 3.5;
     ASSERT_EQ(list.addFactor(std::move(c)), 1);

@@ -45,10 +45,10 @@ inline FactorList everyKindList() {
     FactorList list;
     auto n = named<Normal>("norm");
     EXPECT_EQ(n->setNote("  blanks kept  "), 1);
-    n->setMean(1.23456789);
-    n->setStdDeviation(0.5);
-    n->setTruncations(0.01, 0.98);
-    list.addFactor(std::move(n));
+    EXPECT_EQ(n->setMean(1.23456789), 1);
+    EXPECT_EQ(n->setStdDeviation(0.5), 1);
+    EXPECT_EQ(n->setTruncations(0.01, 0.98), 1);
+    EXPECT_EQ(list.addFactor(std::move(n)), 1);
     auto ln = named<LogNormal>("logn");
     EXPECT_EQ(ln->setMean(-1.0), 1);
     EXPECT_EQ(ln->setStdDeviation(0.25), 1);

@@ -87,20 +87,20 @@ double relationValue(const FactorList& list, int i, const std::vector<double>& r
 // x, k = 2, r1 = x * x + k, r2 = r1 / 2 + x, xb, r3 = x + xb.
 FactorList relationList() {
     FactorList list;
-    list.addFactor(named<Normal>("x"));
+    EXPECT_EQ(list.addFactor(named<Normal>("x")), 1);
     auto k = named<Constant>("k");
     k->value = 2.0;
-    list.addFactor(std::move(k));
+    EXPECT_EQ(list.addFactor(std::move(k)), 1);
     auto r1 = named<Relation>("r1");
     EXPECT_EQ(r1->setExpression("x * x + k"), 1);
-    list.addFactor(std::move(r1));
+    EXPECT_EQ(list.addFactor(std::move(r1)), 1);
     auto r2 = named<Relation>("r2");
     EXPECT_EQ(r2->setExpression("r1 / 2 + x"), 1);
-    list.addFactor(std::move(r2));
-    list.addFactor(named<Normal>("xb"));
+    EXPECT_EQ(list.addFactor(std::move(r2)), 1);
+    EXPECT_EQ(list.addFactor(named<Normal>("xb")), 1);
     auto r3 = named<Relation>("r3");
     EXPECT_EQ(r3->setExpression("x + xb"), 1);
-    list.addFactor(std::move(r3));
+    EXPECT_EQ(list.addFactor(std::move(r3)), 1);
     return list;
 }
 
@@ -142,7 +142,7 @@ TEST(FactorList, RenamesFollowIntoRelations) {
     // A relation whose expression would outgrow its line keeps the old name.
     auto r4 = named<Relation>("r4");
     ASSERT_EQ(r4->setExpression("k" + std::string(250, ' ') + "+k"), 1);  // 253 characters
-    list.addFactor(std::move(r4));
+    EXPECT_EQ(list.addFactor(std::move(r4)), 1);
     const std::string withR4 = fileText(list);
     EXPECT_EQ(list.renameFactor(1, "kk"), 0);
     EXPECT_EQ(list.errorText, std::string("   Relation r4 can't follow the new name: ") + kRelationTooLongText);
@@ -191,7 +191,7 @@ TEST(FactorList, CopiesEveryFactorByItsClass) {
 
     // The copy is independent of its source.
     EXPECT_EQ(copy.getFactor(0)->setName("changed"), 1);
-    copy.unlinkFactor(0);
+    EXPECT_EQ(copy.unlinkFactor(0), 1);
     EXPECT_EQ(list.getFactor(0)->name(), "norm");
     EXPECT_EQ(list.tree().node(1).parent, 0);
 

@@ -43,8 +43,8 @@ TEST(FactorRecord, LayoutPerKind) {
     Normal n;
     EXPECT_EQ(n.setName("x1"), 1);
     EXPECT_EQ(n.setNote("  spaced note "), 1);
-    n.setMean(1.23456789);
-    n.setStdDeviation(2.0);
+    EXPECT_EQ(n.setMean(1.23456789), 1);
+    EXPECT_EQ(n.setStdDeviation(2.0), 1);
     EXPECT_EQ(recordOf(n), "Normal\nx1\n  spaced note \n1\t1.23457\t2\t0.001\t0.999\n");
 
     LogNormal ln;

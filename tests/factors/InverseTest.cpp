@@ -248,8 +248,8 @@ struct HandTableNormal : Normal {
 // truncated search's bracket; the search stops at the jump instead of looping.
 TEST(Inverse, TruncatedSearchEndsAtAJump) {
     HandTableNormal step;
-    step.setMean(1.0);
-    step.setStdDeviation(1e-20);  // far below the spacing of doubles near 1
+    EXPECT_EQ(step.setMean(1.0), 1);
+    EXPECT_EQ(step.setStdDeviation(1e-20), 1);  // far below the spacing of doubles near 1
     ASSERT_EQ(step.setTruncations(0.1, 0.9), 1);
     for (int k = 0; k <= 100; ++k) {
         const double x = k * 0.02;  // the jump at 1.0 lies in cell 50
@@ -328,8 +328,8 @@ TEST(Inverse, ColumnFormMatchesOneByOneBitForBit) {
 // The interleaved searches end at a jump of the cumulative too.
 TEST(Inverse, ColumnFormEndsAtAJump) {
     HandTableNormal step;
-    step.setMean(1.0);
-    step.setStdDeviation(1e-20);
+    EXPECT_EQ(step.setMean(1.0), 1);
+    EXPECT_EQ(step.setStdDeviation(1e-20), 1);
     ASSERT_EQ(step.setTruncations(0.1, 0.9), 1);
     for (int k = 0; k <= 100; ++k) step.addTablePoint(k * 0.02);
     // Cells 49 and 50 both end at the jump, from below and from above.

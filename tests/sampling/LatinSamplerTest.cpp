@@ -88,7 +88,7 @@ TEST(LatinSampler, ImanConoverKeepsValuesAndReachesTarget) {
 
     // After the first phase each column stands in stratum order.
     a.reset();
-    a.generate(25.0f, withRanks, correlated);
+    ASSERT_EQ(a.generate(25.0f, withRanks, correlated), 25.0f);
     EXPECT_EQ(a.progress(), 25.0f);
     EXPECT_EQ(a.phase(), 2) << "no exchange phase under rank correlation";
     for (int c = 0; c < 2; ++c) {
@@ -290,10 +290,10 @@ TEST(LatinSampler, StrataStayBelowOneAtEverySize) {
 // would triple the time.
 TEST(LatinSampler, LargestExactSizePlusOneStaysInsideItsStrata) {
     FactorList list;
-    list.addFactor(uniformFactor("a"));
+    EXPECT_EQ(list.addFactor(uniformFactor("a")), 1);
     const int32_t n = (int32_t(1) << 24) + 1;
     LatinSampler s;
-    s.setSamples(n);
+    EXPECT_EQ(s.setSamples(n), 1);
     sampValues store;
     ASSERT_EQ(drive(s, store, list, 25), 25.0f);
     ASSERT_EQ(s.phase(), 1);

@@ -140,9 +140,10 @@ TEST(PrepConfiguration, UncorrelatedSampleIsReportedByTheLoop) {
         "The factors beyond its columns are not correlated.";
     auto configuration = [](std::unique_ptr<Sampler> sampler, int factors, int mode) {
         PrepConfiguration config;
-        for (int i = 0; i < factors; ++i) config.factors.addFactor(uniformFactor(std::string(1, char('a' + i))));
+        for (int i = 0; i < factors; ++i)
+            EXPECT_EQ(config.factors.addFactor(uniformFactor(std::string(1, char('a' + i)))), 1);
         config.factors.correlationMode = mode;
-        sampler->setSamples(40);
+        EXPECT_EQ(sampler->setSamples(40), 1);
         config.sampler = std::move(sampler);
         return config;
     };
@@ -181,7 +182,7 @@ TEST(PrepConfiguration, UncorrelatedSampleIsReportedByTheLoop) {
 
     // A matrix that can be carried: the warning of the run before is gone.
     PrepConfiguration& fixed = cases[0].config;
-    fixed.factors.setMatrixValue(1, 2, 0.9);
+    EXPECT_EQ(fixed.factors.setMatrixValue(1, 2, 0.9), 1);
     const GenerationOutcome outcome = runGeneration(fixed, nullptr);
     EXPECT_EQ(outcome.result, kGenerationDone);
     EXPECT_EQ(outcome.warningText, "");
@@ -194,7 +195,7 @@ TEST(PrepConfiguration, SameSeedSameSampleThroughTheLoop) {
     ASSERT_EQ(runGeneration(one, nullptr).result, kGenerationDone);
     ASSERT_EQ(runGeneration(two, nullptr).result, kGenerationDone);
     EXPECT_EQ(recordOf(one), recordOf(two));
-    two.sampler->setSeed(2025);
+    EXPECT_EQ(two.sampler->setSeed(2025), 1);
     ASSERT_EQ(runGeneration(two, nullptr).result, kGenerationDone);
     EXPECT_NE(column(one.samples, 0), column(two.samples, 0));
 }

@@ -113,8 +113,8 @@ TEST(Sampler, MethodSectionRoundTripAndDefaultsOnFailure) {
     EXPECT_EQ(back.randomState(), -77);
 
     RandomSampler random;
-    random.setSamples(5);
-    random.setSeed(3);
+    EXPECT_EQ(random.setSamples(5), 1);
+    EXPECT_EQ(random.setSeed(3), 1);
     std::istringstream bad("12\nx\n");
     random.readItems(bad);
     EXPECT_FALSE(bad);

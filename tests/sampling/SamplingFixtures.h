@@ -31,8 +31,8 @@ inline std::unique_ptr<Uniform> uniformFactor(const std::string& name, double a 
 inline std::unique_ptr<Normal> normalFactor(const std::string& name, double mean, double sd) {
     auto n = std::make_unique<Normal>();
     EXPECT_EQ(n->setName(name), 1);
-    n->setMean(mean);
-    n->setStdDeviation(sd);
+    EXPECT_EQ(n->setMean(mean), 1);
+    EXPECT_EQ(n->setStdDeviation(sd), 1);
     return n;
 }
 
@@ -46,7 +46,7 @@ inline std::unique_ptr<Constant> constantFactor(const std::string& name, double 
 inline std::unique_ptr<Relation> relationFactor(const std::string& name, const std::string& expression) {
     auto r = std::make_unique<Relation>();
     EXPECT_EQ(r->setName(name), 1);
-    r->setExpression(expression);
+    EXPECT_EQ(r->setExpression(expression), 1);
     return r;
 }
 
