@@ -116,7 +116,7 @@ void BM_LatinImanConoverSample(benchmark::State& state) {
         const double writing = since(start);
         const double writingCpu = processorSeconds() - cpu;
         if (!written) {
-            state.SkipWithError(config.errorText.c_str());
+            state.SkipWithError(config.errorText().c_str());
             break;
         }
         state.counters["rows"] = rows;

@@ -22,7 +22,7 @@ public:
     std::string installLine;
     // Line 2; 0 when it is missing or doesn't parse as a decimal integer.
     int mark = 0;
-    std::string errorText = "No errors";
+    const std::string& errorText() const { return errorText_; }
 
     // Reads both lines. Returns 0 when the file can't be opened, and also when its
     // first line is missing, empty or longer than 1023 characters: such a file names
@@ -37,6 +37,9 @@ public:
 
     // The mark written back at each start: 0 becomes 1, any other value stays.
     static int markAfterStart(int mark) { return mark == 0 ? 1 : mark; }
+
+private:
+    std::string errorText_ = "No errors";
 };
 
 }  // namespace tarvex

@@ -15,7 +15,7 @@ FactorList::FactorList(const FactorList& other)
       steinInfo(other.steinInfo),
       sourceText(other.sourceText),
       modified(other.modified),
-      errorText(other.errorText),
+      errorText_(other.errorText_),
       tree_(other.tree_),
       matrix_(other.matrix_),
       order_(other.order_),
@@ -39,7 +39,7 @@ void FactorList::swap(FactorList& other) noexcept {
     swap(steinInfo, other.steinInfo);
     swap(sourceText, other.sourceText);
     swap(modified, other.modified);
-    swap(errorText, other.errorText);
+    swap(errorText_, other.errorText_);
     swap(factors_, other.factors_);
     swap(tree_, other.tree_);
     swap(matrix_, other.matrix_);
@@ -91,7 +91,7 @@ int FactorList::removeFactor(int i) {
         if (k == i || isRelation(k) != 1) continue;
         const auto* relation = static_cast<const Relation*>(factors_[static_cast<std::size_t>(k)].get());
         if (relation->usesFactor(name)) {
-            errorText = "   Factor " + name + " is used by relation " + relation->name() + " and can't be removed";
+            errorText_ = "   Factor " + name + " is used by relation " + relation->name() + " and can't be removed";
             return 0;
         }
     }
@@ -109,7 +109,7 @@ int FactorList::replaceFactor(int i, std::unique_ptr<Factor> factor) {
     const bool was = isCorrelatable(i) == 1;
     const bool will = isCorrelatableType(factor->typeName()) == 1;
     if (was && !will && tree_.isLinked(i)) {
-        errorText = "   Can't change to Constant\n or Relation a correlated factor";
+        errorText_ = "   Can't change to Constant\n or Relation a correlated factor";
         return 0;
     }
     const std::string oldName = factors_[static_cast<std::size_t>(i)]->name();
@@ -140,12 +140,12 @@ int FactorList::renameFactor(int i, const std::string& newName) {
 
 bool FactorList::renameAllowed(int i, const std::string& newName, int skip) {
     if (const char* fault = factorNameFault(newName)) {
-        errorText = fault;
+        errorText_ = fault;
         return false;
     }
     const int holder = findFactor(newName);
     if (holder >= 0 && holder != i) {
-        errorText = kFactorNameInUseText;
+        errorText_ = kFactorNameInUseText;
         return false;
     }
     const std::string& oldName = factors_[static_cast<std::size_t>(i)]->name();
@@ -156,7 +156,7 @@ bool FactorList::renameAllowed(int i, const std::string& newName, int skip) {
         const std::string renamed = relation.renamedExpression(oldName, newName);
         const std::string refusal = "   Relation " + relation.name() + " can't follow the new name: ";
         if (renamed.size() > Relation::kMaxExpressionLength) {
-            errorText = refusal + kRelationTooLongText;
+            errorText_ = refusal + kRelationTooLongText;
             return false;
         }
         // What the relation uses afterwards must be what it used before,
@@ -170,7 +170,7 @@ bool FactorList::renameAllowed(int i, const std::string& newName, int skip) {
         std::vector<std::string> used = trial.factorNames();
         std::sort(used.begin(), used.end());
         if (!accepted || used != expected) {
-            errorText = refusal + "its expression would become " + renamed;
+            errorText_ = refusal + "its expression would become " + renamed;
             return false;
         }
     }
@@ -240,10 +240,10 @@ float FactorList::matrixValue(int row, int column) const {
 int FactorList::setMatrixValue(int row, int column, double value) {
     const int n = matrixSize();
     if (row < 0 || row >= n || column < 0 || column >= n || row == column) {
-        errorText = "No such pair in the correlation matrix";
+        errorText_ = "No such pair in the correlation matrix";
         return 0;
     }
-    if (!DependenceTree::checkCorrelation(value, errorText)) return 0;
+    if (!DependenceTree::checkCorrelation(value, errorText_)) return 0;
     matrix_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] = static_cast<float>(value);
     matrix_[static_cast<std::size_t>(column)][static_cast<std::size_t>(row)] = static_cast<float>(value);
     modified = 1;
@@ -252,10 +252,10 @@ int FactorList::setMatrixValue(int row, int column, double value) {
 
 int FactorList::linkFactor(int child, int parent, double correlation) {
     if (isCorrelatable(child) != 1 || isCorrelatable(parent) != 1) {
-        errorText = "Only factors with a distribution can be correlated";
+        errorText_ = "Only factors with a distribution can be correlated";
         return 0;
     }
-    if (!tree_.link(child, parent, correlation, errorText)) return 0;
+    if (!tree_.link(child, parent, correlation, errorText_)) return 0;
     modified = 1;
     computeFactorOrder();
     return 1;
@@ -263,10 +263,10 @@ int FactorList::linkFactor(int child, int parent, double correlation) {
 
 int FactorList::moveLink(int child, int parent) {
     if (isCorrelatable(child) != 1 || isCorrelatable(parent) != 1) {
-        errorText = "Only factors with a distribution can be correlated";
+        errorText_ = "Only factors with a distribution can be correlated";
         return 0;
     }
-    if (!tree_.moveLink(child, parent, errorText)) return 0;
+    if (!tree_.moveLink(child, parent, errorText_)) return 0;
     modified = 1;
     computeFactorOrder();
     return 1;
@@ -281,7 +281,7 @@ int FactorList::unlinkFactor(int i) {
 }
 
 int FactorList::setLinkCorrelation(int i, double correlation) {
-    if (!tree_.setCorrelation(i, correlation, errorText)) return 0;
+    if (!tree_.setCorrelation(i, correlation, errorText_)) return 0;
     modified = 1;
     return 1;
 }

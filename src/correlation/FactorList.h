@@ -138,7 +138,7 @@ public:
     std::string sourceText = kNoFactorSource;
     // Set by every change through this interface; cleared by the panels.
     int modified = 0;
-    std::string errorText = "No errors";
+    const std::string& errorText() const { return errorText_; }
 
 private:
     // Whether the name of factor i may become newName (see renameFactor),
@@ -152,6 +152,7 @@ private:
     void insertMatrixRow(int at);
     void eraseMatrixRow(int at);
 
+    std::string errorText_ = "No errors";
     std::vector<std::unique_ptr<Factor>> factors_;
     DependenceTree tree_;
     // Rows of their own, so that appending a factor costs one row and one

@@ -35,15 +35,6 @@ bool acceptableSteinName(const std::string& name) {
     return !(first >= '0' && first <= '9') && !isForbiddenNameCharacter(first);
 }
 
-// Weights outside (0, 1] are not taken; the interval keeps its own and says so.
-void setWeight(Interval& iv, double weight) {
-    if (weight > 0.0 && weight <= 1.0) {
-        iv.weight = weight;
-    } else {
-        iv.errorText = "Weight value error";
-    }
-}
-
 // The empirical distribution of one column: an interval between each pair of
 // successive distinct sorted values, weighted by the share of the sample the
 // step stands for. Returns 0 for a column that makes no interval at all (one
@@ -60,17 +51,13 @@ int buildEmpirical(Uniform& factor, std::vector<double> values) {
             ++c;
             if (k + 1 == values.size()) {
                 if (!last) return 0;
-                const double grown = last->weight + static_cast<double>(c - 1) / steps;
-                if (grown > 0.0 && grown <= 1.0) {
-                    last->weight = grown;
-                } else {
-                    last->errorText = "Weight value error";
-                }
+                // A refused weight stays as it was; the interval says why.
+                (void)last->setWeight(last->weight + static_cast<double>(c - 1) / steps);
             }
             continue;
         }
         auto iv = std::make_unique<Interval>(values[k - 1], values[k], 1.0);
-        setWeight(*iv, static_cast<double>(c) / steps);
+        (void)iv->setWeight(static_cast<double>(c) / steps);
         Interval* raw = iv.get();
         if (factor.addInterval(std::move(iv))) last = raw;
         ++made;
@@ -85,15 +72,15 @@ int FactorList::importStein(const std::string& fileName, int mode) {
     std::ifstream in(fileName);
     int32_t rows = 0, columns = 0;
     if (!in || !(in >> rows) || rows < 1) {
-        errorText = kNoFactorsText;
+        errorText_ = kNoFactorsText;
         return 0;
     }
     if (!(in >> columns) || columns < 0) {
-        errorText = kNoFactorsText;
+        errorText_ = kNoFactorsText;
         return 0;
     }
     if (mode != 0 && factorCount() > 0 && columns != factorCount()) {
-        errorText = kCountText;
+        errorText_ = kCountText;
         return 0;
     }
     skipLine(in);
@@ -102,7 +89,7 @@ int FactorList::importStein(const std::string& fileName, int mode) {
     for (int32_t c = 0; c < columns; ++c) {
         std::string name;
         if (!readLineInBuffer(in, name, kSteinNameLineBytes) || !acceptableSteinName(name)) {
-            errorText = kCorruptText;
+            errorText_ = kCorruptText;
             return 0;
         }
         if (mode == 1) {
@@ -110,7 +97,7 @@ int FactorList::importStein(const std::string& fileName, int mode) {
             // A name the factor cannot take would be saved into a factor
             // file that no longer loads.
             if (!factor->setName(name)) {
-                errorText = std::string(kNameText) + factor->errorText;
+                errorText_ = std::string(kNameText) + factor->errorText();
                 return 0;
             }
             (void)addFactor(std::move(factor));  // refused only when null
@@ -124,7 +111,7 @@ int FactorList::importStein(const std::string& fileName, int mode) {
     for (int64_t k = 0; k < total; ++k) {
         double v = 0.0;
         if (!(in >> v)) {
-            errorText = kCorruptText;
+            errorText_ = kCorruptText;
             return 0;
         }
         values.push_back(v);
@@ -143,7 +130,7 @@ int FactorList::importStein(const std::string& fileName, int mode) {
             std::snprintf(text, sizeof text,
                           "Error loading stein file. Column %d holds a single value: no distribution can be made of it.",
                           c + 1);
-            errorText = text;
+            errorText_ = text;
             return 0;
         }
     }

@@ -68,7 +68,7 @@ int Beta::checkParameters(double a, double b, double lo, double up, std::string&
 }
 
 int Beta::setParameters(double a, double b, double lo, double up) {
-    if (!checkParameters(a, b, lo, up, errorText)) return 0;
+    if (!checkParameters(a, b, lo, up, errorText_)) return 0;
     alfa = a;
     beta = b;
     lower = lo;

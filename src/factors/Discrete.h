@@ -33,7 +33,7 @@ public:
     // Appends a point; refused past the size limit or when a point with the
     // same value exists.
     [[nodiscard]] int addPoint(std::unique_ptr<Interval> point);
-    [[nodiscard]] int checkWeights() { return intervals.checkWeights(errorText); }
+    [[nodiscard]] int checkWeights() { return intervals.checkWeights(errorText_); }
 
 protected:
     void writeData(std::ostream& out) const override;

@@ -28,7 +28,7 @@ std::string firstWord(const std::string& line) {
 
 int Factor::setName(const std::string& newName) {
     if (const char* fault = factorNameFault(newName)) {
-        errorText = fault;
+        errorText_ = fault;
         return 0;
     }
     name_ = newName;
@@ -37,7 +37,7 @@ int Factor::setName(const std::string& newName) {
 
 int Factor::setNote(const std::string& text) {
     if (!fitsOneLine(text, kMaxNoteLength)) {
-        errorText = kNoteTooLongText;
+        errorText_ = kNoteTooLongText;
         return 0;
     }
     note_ = text;

@@ -71,10 +71,13 @@ public:
     [[nodiscard]] int setName(const std::string& newName);
     [[nodiscard]] int setNote(const std::string& text);
 
-    std::string errorText = "No errors";
+    const std::string& errorText() const { return errorText_; }
     int32_t status = 1;
 
 protected:
+    // The subclasses' setters say here why they refused a value.
+    std::string errorText_ = "No errors";
+
     // For the constructors: each class's type name and default name.
     void setTypeName(const char* typeName) { typeName_ = typeName; }
     void setDefaultName(const std::string& name) { name_ = name; }

@@ -17,11 +17,19 @@ public:
     // Stores the bounds when left < right; otherwise sets errorText and
     // leaves them.
     [[nodiscard]] virtual int setBounds(double l, double r);
+    // Stores the weight when it lies in (0, 1]; otherwise says "Weight value
+    // error" and keeps the one it had.
+    [[nodiscard]] int setWeight(double w);
+
+    const std::string& errorText() const { return errorText_; }
 
     double left = 0.0;
     double right = 1.0;
     double weight = 1.0;
-    std::string errorText;
+
+protected:
+    // LogInterval says here why it refused its bounds.
+    std::string errorText_;
 };
 
 // An interval of a log-uniform factor: both bounds must be positive.

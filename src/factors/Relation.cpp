@@ -26,7 +26,7 @@ Relation::Relation(const Relation& other)
 // factor keeps its former expression.
 int Relation::setExpression(const std::string& text) {
     if (!fitsOneLine(text, kMaxExpressionLength)) {
-        errorText = kRelationTooLongText;
+        errorText_ = kRelationTooLongText;
         return 0;
     }
     const std::string copy = text;

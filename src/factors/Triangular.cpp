@@ -68,7 +68,7 @@ int Triangular::checkParameters(double left, double mode, double right, std::str
 }
 
 int Triangular::setParameters(double left, double mode, double right) {
-    if (!checkParameters(left, mode, right, errorText)) return 0;
+    if (!checkParameters(left, mode, right, errorText_)) return 0;
     alfa = left;
     beta = mode;
     gamma = right;

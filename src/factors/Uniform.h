@@ -29,7 +29,7 @@ public:
     // Appends an interval; refused past the size limit or when it starts
     // before the right end of the last one.
     [[nodiscard]] int addInterval(std::unique_ptr<Interval> interval);
-    [[nodiscard]] int checkWeights() { return intervals.checkWeights(errorText); }
+    [[nodiscard]] int checkWeights() { return intervals.checkWeights(errorText_); }
 
 protected:
     void writeData(std::ostream& out) const override;

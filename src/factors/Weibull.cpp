@@ -40,7 +40,7 @@ double Weibull::density(double x) const {
 
 int Weibull::setBeta(double v) {
     if (!(v > 0.0)) {
-        errorText = "Beta must be > 0";
+        errorText_ = "Beta must be > 0";
         return 0;
     }
     beta = v;
@@ -49,7 +49,7 @@ int Weibull::setBeta(double v) {
 
 int Weibull::setN(double v) {
     if (!(v > 0.0)) {
-        errorText = "n must be > 0";
+        errorText_ = "n must be > 0";
         return 0;
     }
     n = v;
@@ -58,7 +58,7 @@ int Weibull::setN(double v) {
 
 int Weibull::setB(double v) {
     if (!(v >= 0.0)) {
-        errorText = "b must be >= 0";
+        errorText_ = "b must be >= 0";
         return 0;
     }
     b = v;

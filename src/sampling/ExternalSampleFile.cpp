@@ -102,17 +102,17 @@ int PrepConfiguration::loadExternalSample(const std::string& fileName) try {
         ok = loaded.sampleStatistics->compute(loaded.samples) == 1;
     }
     if (!ok) {
-        errorText = kReadExternalErrorText;
+        errorText_ = kReadExternalErrorText;
         return 0;
     }
     loaded.sampleFile = fileName;
     loaded.hasStatistics = 1;
     loaded.external = 1;
     swap(loaded);
-    errorText = kNoErrorsText;
+    errorText_ = kNoErrorsText;
     return 1;
 } catch (const std::bad_alloc&) {
-    errorText = kReadExternalErrorText;
+    errorText_ = kReadExternalErrorText;
     return 0;
 }
 

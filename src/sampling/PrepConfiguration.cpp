@@ -43,7 +43,7 @@ PrepConfiguration::PrepConfiguration(const PrepConfiguration& other)
       sampleStatistics(other.sampleStatistics ? std::make_unique<SampleStatistics>(*other.sampleStatistics) : nullptr),
       hasStatistics(other.hasStatistics),
       external(other.external),
-      errorText(other.errorText),
+      errorText_(other.errorText_),
       factorNames_(other.factorNames_),
       nextFactor_(other.nextFactor_),
       nextRow_(other.nextRow_),
@@ -69,13 +69,13 @@ void PrepConfiguration::swap(PrepConfiguration& other) noexcept {
     factorNames_.swap(other.factorNames_);
     std::swap(nextFactor_, other.nextFactor_);
     std::swap(nextRow_, other.nextRow_);
-    errorText.swap(other.errorText);
+    errorText_.swap(other.errorText_);
     std::swap(percent_, other.percent_);
     warningText_.swap(other.warningText_);
 }
 
 void PrepConfiguration::setSamplerError(const std::string& text) {
-    errorText = text;
+    errorText_ = text;
     if (sampler) sampler->setErrorText(text);
 }
 
@@ -99,14 +99,14 @@ void PrepConfiguration::prepareGeneration() {
     percent_ = 0;
     sampleStatistics.reset();
     hasStatistics = 0;
-    errorText = kNoErrorsText;
+    errorText_ = kNoErrorsText;
     warningText_.clear();
 }
 
 int PrepConfiguration::generate(int target) {
     if (external == 1) return 100;
     if (!sampler) {
-        errorText = "No sampling method selected";
+        errorText_ = "No sampling method selected";
         return -1;
     }
     // The design must be complete before the value pass starts, whatever
@@ -116,7 +116,7 @@ int PrepConfiguration::generate(int target) {
         const float reached = sampler->generate(float(target < 50 ? target : 50), samples, factors);
         warningText_ = sampler->warningText();
         if (reached < 0.0f) {
-            errorText = sampler->errorText();
+            errorText_ = sampler->errorText();
             return -1;
         }
         if (target <= 50 || !sampler->finished()) return int(reached);
@@ -311,7 +311,7 @@ int PrepConfiguration::read(std::istream& in) {
 
 int PrepConfiguration::writeSampleFile(const std::string& fileName) {
     if (!saveFileAtomically(fileName, [this](std::ostream& out) { write(out); })) {
-        errorText = kWriteSamplesErrorText;
+        errorText_ = kWriteSamplesErrorText;
         return 0;
     }
     return 1;
@@ -322,14 +322,14 @@ int PrepConfiguration::readSampleFile(const std::string& fileName) try {
     std::ifstream in(fileName, std::ios::binary);
     PrepConfiguration loaded;
     if (!in || !loaded.read(in) || !in) {
-        errorText = kReadSamplesErrorText;
+        errorText_ = kReadSamplesErrorText;
         return 0;
     }
     swap(loaded);
-    errorText = kNoErrorsText;
+    errorText_ = kNoErrorsText;
     return 1;
 } catch (const std::bad_alloc&) {
-    errorText = kReadSamplesErrorText;
+    errorText_ = kReadSamplesErrorText;
     return 0;
 }
 

@@ -73,13 +73,14 @@ public:
     std::unique_ptr<SampleStatistics> sampleStatistics;
     int32_t hasStatistics = 0;
     int32_t external = 0;
-    std::string errorText = kNoErrorsText;
+    const std::string& errorText() const { return errorText_; }
 
 private:
     [[nodiscard]] int valuePass(int target);
     int32_t rowsForPercent(int target, int32_t rows, double cells) const;
     void setSamplerError(const std::string& text);
 
+    std::string errorText_ = kNoErrorsText;
     std::vector<std::string> factorNames_;  // filled by prepareGeneration
     int32_t nextFactor_ = -1;  // cursor of the value pass: factor position, -1 before it starts
     int32_t nextRow_ = 0;      // and sample index

@@ -248,7 +248,7 @@ TEST_F(FactorFile, NamesTypesAndCounts) {
     ASSERT_EQ(tri.read(triIn), 1);
     auto* t = dynamic_cast<Triangular*>(tri.getFactor(0));
     EXPECT_EQ(t->getAlfa(), 0.0);
-    EXPECT_EQ(t->errorText, "Wrong values assigned to the distribution definition interval: check alfa beta and gamma");
+    EXPECT_EQ(t->errorText(), "Wrong values assigned to the distribution definition interval: check alfa beta and gamma");
 }
 
 TEST_F(FactorFile, DamagedCorrelationPartsFail) {

@@ -53,7 +53,7 @@ TEST(FactorList, CountsAndMatrixGrowth) {
     // Values are symmetric, limited like tree links, and follow removals.
     EXPECT_EQ(list.setMatrixValue(0, 2, 0.75), 1);
     EXPECT_EQ(list.setMatrixValue(0, 1, 0.0), 0);
-    EXPECT_EQ(list.errorText, "  Correlation values must fall between -1\n  and 1 and can't be equal to 0");
+    EXPECT_EQ(list.errorText(), "  Correlation values must fall between -1\n  and 1 and can't be equal to 0");
     EXPECT_EQ(list.setMatrixValue(1, 1, 0.5), 0);
     EXPECT_EQ(list.matrixValue(2, 0), 0.75f);
     ASSERT_EQ(list.removeFactor(3), 1);  // "b", the middle row
@@ -110,14 +110,14 @@ TEST(FactorList, RenamesFollowIntoRelations) {
     // Every plain occurrence of the name changes, so renaming x would also
     // turn xb into speedb, a factor there is not: refused, nothing changes.
     EXPECT_EQ(list.renameFactor(0, "speed"), 0);
-    EXPECT_EQ(list.errorText, "   Relation r3 can't follow the new name: its expression would become speed + speedb");
+    EXPECT_EQ(list.errorText(), "   Relation r3 can't follow the new name: its expression would become speed + speedb");
     EXPECT_EQ(fileText(list), start);
     EXPECT_EQ(list.renameFactor(0, "k"), 0);
-    EXPECT_EQ(list.errorText, kFactorNameInUseText);
+    EXPECT_EQ(list.errorText(), kFactorNameInUseText);
     EXPECT_EQ(list.renameFactor(0, "a.b"), 0);
-    EXPECT_EQ(list.errorText, kWrongFactorNameText);
+    EXPECT_EQ(list.errorText(), kWrongFactorNameText);
     EXPECT_EQ(list.replaceFactor(0, named<Uniform>("k")), 0);
-    EXPECT_EQ(list.errorText, kFactorNameInUseText);
+    EXPECT_EQ(list.errorText(), kFactorNameInUseText);
     EXPECT_EQ(fileText(list), start);
 
     ASSERT_EQ(list.renameFactor(4, "w"), 1);
@@ -145,7 +145,7 @@ TEST(FactorList, RenamesFollowIntoRelations) {
     EXPECT_EQ(list.addFactor(std::move(r4)), 1);
     const std::string withR4 = fileText(list);
     EXPECT_EQ(list.renameFactor(1, "kk"), 0);
-    EXPECT_EQ(list.errorText, std::string("   Relation r4 can't follow the new name: ") + kRelationTooLongText);
+    EXPECT_EQ(list.errorText(), std::string("   Relation r4 can't follow the new name: ") + kRelationTooLongText);
     EXPECT_EQ(fileText(list), withR4);
 }
 
@@ -153,11 +153,11 @@ TEST(FactorList, FactorsInUseByARelationStay) {
     FactorList list = relationList();
     const std::string start = fileText(list);
     EXPECT_EQ(list.removeFactor(1), 0);
-    EXPECT_EQ(list.errorText, "   Factor k is used by relation r1 and can't be removed");
+    EXPECT_EQ(list.errorText(), "   Factor k is used by relation r1 and can't be removed");
     EXPECT_EQ(list.removeFactor(2), 0);
-    EXPECT_EQ(list.errorText, "   Factor r1 is used by relation r2 and can't be removed");
+    EXPECT_EQ(list.errorText(), "   Factor r1 is used by relation r2 and can't be removed");
     EXPECT_EQ(list.removeFactor(4), 0);
-    EXPECT_EQ(list.errorText, "   Factor xb is used by relation r3 and can't be removed");
+    EXPECT_EQ(list.errorText(), "   Factor xb is used by relation r3 and can't be removed");
     EXPECT_EQ(fileText(list), start);
 
     // Once their users are gone, they go.
@@ -216,9 +216,9 @@ TEST(DependenceTree, LinksMovesAndRefusesCycles) {
     // a under its grandchild c: refused, nothing changes.
     const auto before = list.tree().nodes();
     EXPECT_EQ(list.linkFactor(0, 2, 0.3), 0);
-    EXPECT_EQ(list.errorText, "   Cyclic correlation not allowed");
+    EXPECT_EQ(list.errorText(), "   Cyclic correlation not allowed");
     EXPECT_EQ(list.moveLink(1, 3), 0);
-    EXPECT_EQ(list.errorText, "   Cyclic correlation not allowed");
+    EXPECT_EQ(list.errorText(), "   Cyclic correlation not allowed");
     ASSERT_EQ(list.tree().nodes().size(), before.size());
     for (std::size_t i = 0; i < before.size(); ++i) {
         EXPECT_EQ(list.tree().node(static_cast<int>(i)).parent, before[i].parent);
@@ -231,7 +231,7 @@ TEST(DependenceTree, LinksMovesAndRefusesCycles) {
     // Values out of range, zero or not a number are refused.
     for (double bad : {0.0, 1.5, -1.0001, std::nan("")}) {
         EXPECT_EQ(list.linkFactor(4, 0, bad), 0);
-        EXPECT_EQ(list.errorText, "  Correlation values must fall between -1\n  and 1 and can't be equal to 0");
+        EXPECT_EQ(list.errorText(), "  Correlation values must fall between -1\n  and 1 and can't be equal to 0");
     }
     EXPECT_EQ(list.setLinkCorrelation(2, 2.0), 0);
     EXPECT_EQ(list.setLinkCorrelation(0, 0.5), 0);  // a root has no link
@@ -257,7 +257,7 @@ TEST(DependenceTree, LinksMovesAndRefusesCycles) {
 
     // A factor in a link can't turn into a constant.
     EXPECT_EQ(list.replaceFactor(4, named<Constant>("k2")), 0);
-    EXPECT_EQ(list.errorText, "   Can't change to Constant\n or Relation a correlated factor");
+    EXPECT_EQ(list.errorText(), "   Can't change to Constant\n or Relation a correlated factor");
 }
 
 TEST(DependenceTree, RemovingAFactorRenumbersLinks) {

@@ -214,7 +214,7 @@ TEST(PrepConfiguration, SampleFileRoundTripIsByteIdentical) {
 
     std::filesystem::current_path("/");
     PrepConfiguration back;
-    ASSERT_EQ(back.readSampleFile(dir.file("first.sam")), 1) << back.errorText;
+    ASSERT_EQ(back.readSampleFile(dir.file("first.sam")), 1) << back.errorText();
     // Loading moved the current directory to the recorded one.
     EXPECT_EQ(std::filesystem::current_path(), dir.path());
     EXPECT_EQ(back.sampleFile, config.sampleFile);
@@ -296,11 +296,11 @@ TEST(PrepConfiguration, BadSampleFilesLeaveTheConfigurationAsItWas) {
     for (const auto& [what, text] : bad) {
         writeFile(dir.file("bad.sam"), text);
         EXPECT_EQ(config.readSampleFile(dir.file("bad.sam")), 0) << what;
-        EXPECT_EQ(config.errorText, "Error reading samples file") << what;
+        EXPECT_EQ(config.errorText(), "Error reading samples file") << what;
         EXPECT_EQ(recordOf(config), before) << what;
     }
     EXPECT_EQ(config.readSampleFile(dir.file("missing.sam")), 0);
-    EXPECT_EQ(config.errorText, "Error reading samples file");
+    EXPECT_EQ(config.errorText(), "Error reading samples file");
     EXPECT_EQ(recordOf(config), before);
 }
 
@@ -308,7 +308,7 @@ TEST(PrepConfiguration, ExternalSampleFile) {
     ScratchDir dir;
     writeFile(dir.file("ext.txt"), "3\n2\nalpha first factor\nb2\n1.5 2\n-3e2\t4\n0 0.25\n");
     PrepConfiguration config;
-    ASSERT_EQ(config.loadExternalSample(dir.file("ext.txt")), 1) << config.errorText;
+    ASSERT_EQ(config.loadExternalSample(dir.file("ext.txt")), 1) << config.errorText();
     EXPECT_EQ(config.external, 1);
     EXPECT_EQ(config.hasStatistics, 1);
     EXPECT_EQ(config.sampleFile, dir.file("ext.txt"));
@@ -357,7 +357,7 @@ TEST(PrepConfiguration, ExternalSampleFile) {
     for (const char* text : refused) {
         writeFile(dir.file("bad.txt"), text);
         EXPECT_EQ(config.loadExternalSample(dir.file("bad.txt")), 0) << text;
-        EXPECT_EQ(config.errorText, "Error reading external samples file") << text;
+        EXPECT_EQ(config.errorText(), "Error reading external samples file") << text;
         EXPECT_EQ(recordOf(config), before) << text;
     }
 }
