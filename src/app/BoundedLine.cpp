@@ -1,6 +1,6 @@
 #include "app/BoundedLine.h"
 
-namespace tarvex {
+namespace tarvex::environment {
 
 bool readBoundedLine(std::istream& in, std::string& line, std::size_t maxChars) {
     if (!std::getline(in, line)) return false;
@@ -13,4 +13,4 @@ bool readBoundedLine(std::istream& in, std::string& line, std::size_t maxChars) 
     return true;
 }
 
-}  // namespace tarvex
+}  // namespace tarvex::environment

@@ -21,6 +21,12 @@ inline constexpr std::size_t kEnvironmentLineMax = 1023;
 //
 // One trailing carriage return is dropped, so that a file written with CRLF line
 // ends names the same directories and paths as one written with LF.
+//
+// Its own namespace: the model's readers have a line read of the same name and
+// arguments that counts a buffer, not characters, and both end up in one program.
+namespace environment {
 bool readBoundedLine(std::istream& in, std::string& line, std::size_t maxChars = kEnvironmentLineMax);
+}  // namespace environment
+using environment::readBoundedLine;
 
 }  // namespace tarvex
