@@ -4,7 +4,9 @@
 #include <fstream>
 #include <system_error>
 
-#include "app/BoundedLine.h"
+#include "common/AtomicFileWriter.h"
+#include "common/Environment.h"
+#include "common/TextLines.h"
 
 namespace tarvex {
 
@@ -25,20 +27,18 @@ int ConfigDatFile::read(const std::string& path, RememberedDirectories& director
     if (!in) return 0;
     std::string line;
     for (int i = 0; i < RememberedDirectories::kCount; ++i) {
-        if (!readBoundedLine(in, line)) break;
+        if (!readLineUpTo(in, line, kEnvironmentLineMax)) break;
         directories.set(static_cast<RememberedDirectories::Which>(i), line);
     }
     return 1;
 }
 
 int ConfigDatFile::write(const std::string& path, const RememberedDirectories& directories) {
-    std::ofstream out(path, std::ios::trunc);
-    if (!out) return 0;
-    for (int i = 0; i < RememberedDirectories::kCount; ++i)
-        out << directories.get(static_cast<RememberedDirectories::Which>(i)) << '\n';
-    out << '\n';
-    out.close();
-    return out ? 1 : 0;
+    return saveFileAtomically(path, [&directories](std::ostream& out) {
+        for (int i = 0; i < RememberedDirectories::kCount; ++i)
+            out << directories.get(static_cast<RememberedDirectories::Which>(i)) << '\n';
+        out << '\n';
+    });
 }
 
 }  // namespace tarvex

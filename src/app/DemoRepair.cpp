@@ -4,6 +4,8 @@
 #include <fstream>
 #include <system_error>
 
+#include "common/AtomicFileWriter.h"
+
 namespace tarvex {
 
 std::string DemoRepair::repairLine(const std::string& line, const std::string& mainDir) {
@@ -16,7 +18,6 @@ std::string DemoRepair::repairLine(const std::string& line, const std::string& m
 int DemoRepair::repairFile(const std::string& mainDir, const std::string& caseName) {
     namespace fs = std::filesystem;
     const std::string demPath = mainDir + "/Demo/" + caseName + ".dem";
-    const std::string tmpPath = mainDir + "/Demo/" + caseName + "2.dem";
     std::error_code ec;
 
     std::ifstream in;
@@ -25,37 +26,24 @@ int DemoRepair::repairFile(const std::string& mainDir, const std::string& caseNa
         in.open(demPath, std::ios::binary);
         if (!in) return 0;
     }
-    std::ofstream out(tmpPath, std::ios::binary | std::ios::trunc);
-    if (!out) return 0;
-
     // The loop tests the stream before each read, as the files have always been
     // repaired: a file that ends with a line end gains one empty line, and an empty
     // file becomes a single line end. Lines are copied whole whatever their length,
     // so that no part of a case is lost. A missing file gives an empty one.
-    if (present) {
+    bool readFailed = false;
+    const WriteOutcome outcome = writeFileAtomically(demPath, [&](std::ostream& out) {
+        if (!present) return;
         std::string line;
         while (in.good()) {
             std::getline(in, line);
             out << repairLine(line, mainDir) << '\n';
         }
         if (in.bad()) {
-            out.close();
-            fs::remove(tmpPath, ec);
-            return 0;
+            readFailed = true;
+            out.setstate(std::ios::badbit);
         }
-    }
-    out.close();
-    if (!out) {
-        fs::remove(tmpPath, ec);
-        return 0;
-    }
-    in.close();
-    fs::rename(tmpPath, demPath, ec);
-    if (ec) {
-        fs::remove(tmpPath, ec);
-        return 0;
-    }
-    return 1;
+    });
+    return outcome == WriteOutcome::Written && !readFailed ? 1 : 0;
 }
 
 void DemoRepair::repairAll(const std::string& mainDir) {

@@ -18,7 +18,7 @@ public:
     // case that can't be repaired stays as it was.
     static void repairAll(const std::string& mainDir);
 
-    // Repairs mainDir/Demo/<caseName>.dem through the temporary <caseName>2.dem.
+    // Repairs mainDir/Demo/<caseName>.dem through a temporary file beside it.
     // A missing .dem file becomes an empty one. An existing file that can't be read,
     // or a temporary file that can't be written in full, leaves the .dem file
     // untouched (and no temporary file behind). Returns 1 when the .dem file was

@@ -4,7 +4,8 @@
 #include <string_view>
 #include <utility>
 
-#include "app/BoundedLine.h"
+#include "common/Environment.h"
+#include "common/TextLines.h"
 
 namespace tarvex {
 
@@ -53,10 +54,10 @@ int LaunchRequest::read(const std::string& path) {
     std::ifstream in(path);
     if (!in) return 0;
     std::string line;
-    if (!readBoundedLine(in, line)) return 0;
+    if (!readLineUpTo(in, line, kEnvironmentLineMax)) return 0;
     do {
         parseLine(line);
-    } while (readBoundedLine(in, line));
+    } while (readLineUpTo(in, line, kEnvironmentLineMax));
     return 1;
 }
 

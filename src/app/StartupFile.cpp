@@ -2,7 +2,9 @@
 
 #include <fstream>
 
-#include "app/BoundedLine.h"
+#include "common/AtomicFileWriter.h"
+#include "common/Environment.h"
+#include "common/TextLines.h"
 
 namespace tarvex {
 
@@ -15,7 +17,7 @@ int StartupFile::read(const std::string& path) {
         return 0;
     }
     std::string line;
-    if (!readBoundedLine(in, line)) {
+    if (!readLineUpTo(in, line, kEnvironmentLineMax)) {
         // A failed read that kept characters stopped at the length limit.
         errorText = line.empty() ? path + ": the installation directory is missing"
                                  : path + ": the installation directory is longer than 1023 characters";
@@ -34,11 +36,7 @@ int StartupFile::read(const std::string& path) {
 }
 
 int StartupFile::write(const std::string& path) const {
-    std::ofstream out(path, std::ios::trunc);
-    if (!out) return 0;
-    out << installLine << '\n' << mark << '\n';
-    out.close();
-    return out ? 1 : 0;
+    return saveFileAtomically(path, [this](std::ostream& out) { out << installLine << '\n' << mark << '\n'; });
 }
 
 }  // namespace tarvex

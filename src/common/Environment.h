@@ -2,12 +2,17 @@
 // The program-wide environment: the installation directory (MainDir) and the four
 // remembered directories. The desktop program and the batch tool share one instance,
 // set up at start; every other part reads it.
+#include <cstddef>
 #include <string>
 #include <vector>
 
 #include "common/RememberedDirectories.h"
 
 namespace tarvex {
+
+// The longest line the environment files (start-up file, config.dat, launch
+// request) may hold.
+inline constexpr std::size_t kEnvironmentLineMax = 1023;
 
 class Environment {
 public:

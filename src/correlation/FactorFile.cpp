@@ -2,10 +2,11 @@
 
 #include <fstream>
 #include <istream>
+#include <new>
 #include <ostream>
 
 #include "correlation/FactorList.h"
-#include "factors/ReplacingFileWriter.h"
+#include "common/AtomicFileWriter.h"
 
 namespace tarvex {
 
@@ -21,7 +22,8 @@ int readFactorListInto(std::istream& in, FactorList& list) {
     return 1;
 }
 
-int loadFactorFile(const std::string& path, FactorList& list, std::string& errorText) {
+// Running out of memory on a hostile file is a failed read, like any other.
+int loadFactorFile(const std::string& path, FactorList& list, std::string& errorText) try {
     std::ifstream in(path);
     if (!in) {
         errorText = kFactorFileOpenText;
@@ -33,10 +35,13 @@ int loadFactorFile(const std::string& path, FactorList& list, std::string& error
     }
     list.sourceText = path;
     return 1;
+} catch (const std::bad_alloc&) {
+    errorText = kFactorFileReadText;
+    return 0;
 }
 
 int saveFactorFile(const std::string& path, const FactorList& list, std::string& errorText) {
-    switch (writeReplacingFile(path, [&list](std::ostream& out) { list.write(out); })) {
+    switch (writeFileAtomically(path, [&list](std::ostream& out) { list.write(out); })) {
     case WriteOutcome::Written:
         return 1;
     case WriteOutcome::OpenFailed:

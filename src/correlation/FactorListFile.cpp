@@ -22,7 +22,7 @@
 
 #include "correlation/FactorList.h"
 #include "factors/FactorKinds.h"
-#include "factors/LineRead.h"
+#include "common/TextLines.h"
 #include "factors/TruncatedDistribution.h"
 
 namespace tarvex {
@@ -31,13 +31,15 @@ namespace {
 
 // Type lines and section headers are short; a longer line is no such line.
 constexpr std::size_t kHeaderLineBytes = 256;
+// A path no longer than the system allows.
+constexpr std::size_t kSteinFileNameMax = 4096;
 
 // Skips white space (the ends of number lines, blank lines), then reads a
 // line that must be `expected`.
 bool readHeader(std::istream& in, const char* expected) {
     in >> std::ws;
     std::string line;
-    if (!readLine(in, line, kHeaderLineBytes)) return false;
+    if (!readLineInBuffer(in, line, kHeaderLineBytes)) return false;
     if (line != expected) {
         in.setstate(std::ios::failbit);
         return false;
@@ -72,7 +74,7 @@ void FactorList::write(std::ostream& out) const {
 int FactorList::read(std::istream& in) {
     if (factorCount() > 0) clear();
     std::string line;
-    if (!readLine(in, line, kHeaderLineBytes)) return 0;  // "Default Truncations:"
+    if (!readLineInBuffer(in, line, kHeaderLineBytes)) return 0;  // "Default Truncations:"
     double left = 0.0, right = 0.0;
     if (!(in >> left >> right)) return 0;
     // Through the checking setter: defaults outside 0 < left < right < 1 are
@@ -84,7 +86,7 @@ int FactorList::read(std::istream& in) {
     skipLine(in);  // " Distributions:"
     for (long k = 0; k < count; ++k) {
         std::string type;
-        if (!readLine(in, type, kHeaderLineBytes)) {
+        if (!readLineInBuffer(in, type, kHeaderLineBytes)) {
             // The file ended before the announced number of records: keep
             // those read and go on with the correlation part.
             if (in.eof() && type.empty()) break;
@@ -137,8 +139,7 @@ int FactorList::readCorrelationPart(std::istream& in) {
 
     if (!readHeader(in, "Stein Information:")) return 0;
     std::string fileName;
-    if (!std::getline(in, fileName)) return 0;
-    dropCarriageReturns(fileName);
+    if (!readLineUpTo(in, fileName, kSteinFileNameMax)) return 0;
     SteinSample stein;
     if (!stein.read(in)) return 0;
     int32_t mode = 0;

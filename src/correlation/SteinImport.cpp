@@ -12,7 +12,7 @@
 #include "correlation/FactorList.h"
 #include "factors/FactorName.h"
 #include "factors/Interval.h"
-#include "factors/LineRead.h"
+#include "common/TextLines.h"
 #include "factors/Uniform.h"
 
 namespace tarvex {
@@ -100,7 +100,7 @@ int FactorList::importStein(const std::string& fileName, int mode) {
 
     for (int32_t c = 0; c < columns; ++c) {
         std::string name;
-        if (!readLine(in, name, kSteinNameLineBytes) || !acceptableSteinName(name)) {
+        if (!readLineInBuffer(in, name, kSteinNameLineBytes) || !acceptableSteinName(name)) {
             errorText = kCorruptText;
             return 0;
         }

@@ -4,7 +4,7 @@
 #include <ostream>
 
 #include "factors/FactorName.h"
-#include "factors/LineRead.h"
+#include "common/TextLines.h"
 
 namespace tarvex {
 
@@ -31,14 +31,14 @@ void Factor::write(std::ostream& out) const {
 
 int Factor::read(std::istream& in) {
     std::string line;
-    if (!readLine(in, line, kFactorNameLineBytes)) return 0;
+    if (!readLineInBuffer(in, line, kFactorNameLineBytes)) return 0;
     const std::string word = firstWord(line);
     if (!isValidFactorName(word)) {
         in.setstate(std::ios::failbit);
         return 0;
     }
     std::string text;
-    if (!readLine(in, text, kNoteLineBytes)) return 0;
+    if (!readLineInBuffer(in, text, kNoteLineBytes)) return 0;
     int32_t st = 0;
     if (!(in >> st)) return 0;
     name = word;

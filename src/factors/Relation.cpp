@@ -4,7 +4,7 @@
 #include <istream>
 #include <ostream>
 
-#include "factors/LineRead.h"
+#include "common/TextLines.h"
 
 #include "factors/Evaluator.h"
 
@@ -119,7 +119,7 @@ void Relation::writeData(std::ostream& out) const {
 int Relation::readData(std::istream& in) {
     skipLine(in);
     std::string text;
-    if (!readLine(in, text, 255)) return 0;
+    if (!readLineInBuffer(in, text, 255)) return 0;
     setExpression(text);
     return 1;
 }

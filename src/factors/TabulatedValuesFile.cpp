@@ -2,10 +2,11 @@
 
 #include <fstream>
 #include <istream>
+#include <new>
 #include <ostream>
 
 #include "factors/Discrete.h"
-#include "factors/ReplacingFileWriter.h"
+#include "common/AtomicFileWriter.h"
 #include "factors/Uniform.h"
 
 namespace tarvex {
@@ -66,7 +67,7 @@ int readTabulatedValues(std::istream& in, TabulatedKind kind, std::vector<Tabula
 
 int saveTabulatedValues(const std::string& path, TabulatedKind kind, const std::vector<TabulatedRow>& rows,
                         std::string& errorText) {
-    switch (writeReplacingFile(path, [&](std::ostream& out) { writeTabulatedValues(out, kind, rows); })) {
+    switch (writeFileAtomically(path, [&](std::ostream& out) { writeTabulatedValues(out, kind, rows); })) {
     case WriteOutcome::Written:
         return 1;
     case WriteOutcome::OpenFailed:
@@ -79,8 +80,9 @@ int saveTabulatedValues(const std::string& path, TabulatedKind kind, const std::
     return 0;
 }
 
+// Running out of memory on a hostile file is a failed read, like any other.
 int loadTabulatedValues(const std::string& path, TabulatedKind kind, std::vector<TabulatedRow>& rows,
-                        std::string& errorText) {
+                        std::string& errorText) try {
     std::ifstream in(path);
     if (!in) {
         errorText = kTabulatedOpenText;
@@ -91,6 +93,9 @@ int loadTabulatedValues(const std::string& path, TabulatedKind kind, std::vector
         return 0;
     }
     return 1;
+} catch (const std::bad_alloc&) {
+    errorText = kTabulatedReadText;
+    return 0;
 }
 
 } // namespace tarvex

@@ -1,10 +1,12 @@
 // The .imd text form of the internal model.
 #include <fstream>
+#include <new>
 #include <sstream>
 
 #include "model/InternalModel.h"
 #include "model/NameCharacters.h"
-#include "model/TextLines.h"
+#include "common/AtomicFileWriter.h"
+#include "common/TextLines.h"
 
 namespace tarvex {
 
@@ -58,14 +60,14 @@ void InternalModel::read(std::istream& in) {
 
     std::string line;
     std::string word;
-    if (!readBoundedLine(in, line, kLineBuffer) || !firstWord(line, word)) return failWith(kReadError);
+    if (!readLineInBuffer(in, line, kLineBuffer) || !firstWord(line, word)) return failWith(kReadError);
     setName(word);
 
     long variableCount = 0;
     if (!(in >> variableCount)) return failWith(kReadError);
-    finishLine(in);
+    skipLine(in);
     for (long j = 0; j < variableCount; ++j) {
-        if (!readBoundedLine(in, line, kLineBuffer) || !firstWord(line, word)) return failWith(kReadError);
+        if (!readLineInBuffer(in, line, kLineBuffer) || !firstWord(line, word)) return failWith(kReadError);
         if (startsWithCharacterOf(word, kVariableStartRefused) || containsCharacterOf(word, kVariableRefused))
             return failWith(kReadError);
         if (!addVariable(word)) return failWith(kReadError);
@@ -76,41 +78,38 @@ void InternalModel::read(std::istream& in) {
             long dropped = 0;
             if (!(in >> dropped)) return failWith(kReadError);
         }
-        finishLine(in);
+        skipLine(in);
     }
-    if (variableCount == 0) finishLine(in);
+    if (variableCount == 0) skipLine(in);
 
     long expressionCount = 0;
     if (!(in >> expressionCount)) return failWith(kReadError);
     if (expressionCount < 0) return failWith("Error reading number of outputs variables!");
     if (expressionCount > kMaxReadExpressions)
         return failWith("Too much model outputs variables found: max output var = 500");
-    finishLine(in);
+    skipLine(in);
     for (long i = 0; i < expressionCount; ++i) {
         std::string name;
         std::string text;
-        if (!readBoundedLine(in, name, kLineBuffer) || !readBoundedLine(in, text, kLineBuffer)) return failWith(kReadError);
+        if (!readLineInBuffer(in, name, kLineBuffer) || !readLineInBuffer(in, text, kLineBuffer)) return failWith(kReadError);
         int16_t type = 0;
         long used = 0;
         if (!(in >> type >> used)) return failWith(kReadError);
         if (!addExpression(static_cast<int>(i), name, text, type)) return failWith("Error in adding an expression");
-        finishLine(in);
+        skipLine(in);
     }
-    if (!readBoundedLine(in, line, kLineBuffer)) return failWith(kReadError);
+    if (!readLineInBuffer(in, line, kLineBuffer)) return failWith(kReadError);
     setFileName(line);
     errorText_.clear();
 }
 
 int InternalModel::writeFile(const std::string& path) {
-    std::ofstream out(path, std::ios::out | std::ios::trunc);
-    if (!out) return fail("Error writing model file");
-    write(out);
-    out.flush();
-    if (!out) return fail("Error writing model file");
+    if (!saveFileAtomically(path, [this](std::ostream& out) { write(out); })) return fail("Error writing model file");
     return 1;
 }
 
-int InternalModel::readFile(const std::string& path) {
+// Running out of memory on a hostile file is a failed read, like any other.
+int InternalModel::readFile(const std::string& path) try {
     std::ifstream in(path);
     if (!in) {
         clear();
@@ -118,6 +117,9 @@ int InternalModel::readFile(const std::string& path) {
     }
     read(in);
     return in.fail() ? 0 : 1;
+} catch (const std::bad_alloc&) {
+    clear();
+    return fail("Error reading model file");
 }
 
 } // namespace tarvex

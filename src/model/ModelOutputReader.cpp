@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <fstream>
 #include <locale>
+#include <new>
 #include <sstream>
 #include <unistd.h>
 
@@ -21,7 +22,7 @@
 #include "model/MessageSink.h"
 #include "model/ModelConfiguration.h"
 #include "model/NameCharacters.h"
-#include "model/TextLines.h"
+#include "common/TextLines.h"
 
 namespace tarvex {
 
@@ -43,7 +44,8 @@ std::string formatted(const char* format, const std::string& a, const std::strin
 
 } // namespace
 
-int ModelConfiguration::readModelOutput(MessageSink& messages) {
+// Running out of memory on a hostile file is a failed read, like any other.
+int ModelConfiguration::readModelOutput(MessageSink& messages) try {
     internalModel_.reset();
     clearResults();
     std::ifstream in(outputFile_);
@@ -121,13 +123,16 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) {
             long number = -1;
             if (std::sscanf(line.c_str(), "%19s %ld", word, &number) != 2 || number != r) return failed();
             int32_t points = 0;
-            if (!(in >> points) || points < 1) return failed();
-            times.assign(static_cast<std::size_t>(points), 0.0);
+            // A time point holds at least two numbers, a byte each.
+            if (!(in >> points) || points < 1 || !countFitsInput(in, points, 2)) return failed();
             // A run is written to the data file only once it is complete.
+            // Its buffers grow with what is read: the count is only a claim.
+            times.clear();
             std::vector<double> runValues;
-            runValues.reserve(static_cast<std::size_t>(points) * values.size());
             for (int32_t t = 0; t < points; ++t) {
-                in >> times[static_cast<std::size_t>(t)];
+                double time = 0.0;
+                in >> time;
+                times.push_back(time);
                 for (double& v : values) in >> v;
                 takeLine(in, line, kShortLine);
                 if (!in) return failed();
@@ -145,6 +150,9 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) {
     }
     if (!data.close()) return failed();
     return 1;
+} catch (const std::bad_alloc&) {
+    clearResults();
+    return 0;
 }
 
 int checkModelFiles(const std::string& executable, const std::string& outputFile, int mode, int spreadsheet) {

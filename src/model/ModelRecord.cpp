@@ -2,13 +2,14 @@
 // post-processor and demonstration files.
 #include <istream>
 #include <limits>
+#include <new>
 #include <ostream>
 
 #include "common/Environment.h"
 #include "model/DataStream.h"
 #include "model/ModelConfiguration.h"
 #include "model/NameCharacters.h"
-#include "model/TextLines.h"
+#include "common/TextLines.h"
 #include "sampling/NumberText.h"
 
 namespace tarvex {
@@ -18,6 +19,7 @@ namespace {
 constexpr std::size_t kPathBuffer = 255;       // paths of up to 254 characters
 constexpr std::size_t kDirectoryBuffer = 1024;  // directories of up to 1023
 constexpr std::size_t kNameKept = 28;           // characters of an output name
+constexpr std::size_t kNameLineMax = 4095;      // far above any name a record holds
 
 // The first `limit` bytes of a name, not cutting a character in two.
 std::string cutName(const std::string& name, std::size_t limit) {
@@ -91,7 +93,8 @@ void ModelConfiguration::write(std::ostream& out) const {
     out << dirs.modelDirectory() << '\n' << dirs.modelOutputDirectory() << '\n';
 }
 
-void ModelConfiguration::read(std::istream& in) {
+// Running out of memory on a hostile record is a failed read, like any other.
+void ModelConfiguration::read(std::istream& in) try {
     ClassicNumbers classic(in);
     internalModel_.reset();
     executable_.clear();
@@ -102,11 +105,11 @@ void ModelConfiguration::read(std::istream& in) {
 
     // The end of the line before the record.
     std::string line;
-    if (!std::getline(in, line)) return;
-    if (!readBoundedLine(in, executable_, kPathBuffer) || !readBoundedLine(in, outputFile_, kPathBuffer)) return;
+    if (!passLine(in)) return;
+    if (!readLineInBuffer(in, executable_, kPathBuffer) || !readLineInBuffer(in, outputFile_, kPathBuffer)) return;
     if (!(in >> kind_ >> spreadsheet_)) return;
     if (kind_ == kInternal) {
-        finishLine(in);
+        skipLine(in);
         internalModel_ = std::make_unique<InternalModel>();
         internalModel_->read(in);
         if (in.fail()) return;
@@ -117,10 +120,9 @@ void ModelConfiguration::read(std::istream& in) {
     if (runs < 0) return in.setstate(std::ios::failbit);
     if (!(in >> outputs)) return;
     if (outputs < 0) return in.setstate(std::ios::failbit);
-    finishLine(in);
+    skipLine(in);
     for (int32_t k = 0; k < outputs; ++k) {
-        if (!std::getline(in, line)) return;
-        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (!readLineUpTo(in, line, kNameLineMax)) return;
         outputNames_.push_back(cutName(line, kNameKept));
     }
     if (!(in >> timeMode_)) return;
@@ -131,14 +133,18 @@ void ModelConfiguration::read(std::istream& in) {
     std::vector<double> times;
     for (int32_t r = 0; r < runs; ++r) {
         // The rest of the line before, then the "Run" line, whatever it says.
-        if (!std::getline(in, line) || !std::getline(in, line)) return;
+        if (!passLine(in) || !passLine(in)) return;
         int32_t points = 0;
         if (!(in >> points)) return;
-        if (points < 0) return in.setstate(std::ios::failbit);
-        times.assign(static_cast<std::size_t>(points), 0.0);
+        // A time point holds at least "=" and a number.
+        if (points < 0 || !countFitsInput(in, points, 2)) return in.setstate(std::ios::failbit);
+        // The times grow with what is read: the count is only a claim.
+        times.clear();
         for (int32_t t = 0; t < points; ++t) {
             in.ignore(std::numeric_limits<std::streamsize>::max(), '=');
-            if (!readNumber(in, times[static_cast<std::size_t>(t)])) return;
+            double time = 0.0;
+            if (!readNumber(in, time)) return;
+            times.push_back(time);
             for (double& v : values)
                 if (!readNumber(in, v)) return;
             if (!data.write(values.data(), values.size())) return in.setstate(std::ios::failbit);
@@ -148,12 +154,15 @@ void ModelConfiguration::read(std::istream& in) {
     }
     if (!data.close()) return in.setstate(std::ios::failbit);
 
-    finishLine(in);
+    skipLine(in);
     std::string directory;
-    if (!readBoundedLine(in, directory, kDirectoryBuffer)) return;
+    if (!readLineInBuffer(in, directory, kDirectoryBuffer)) return;
     Environment::instance().directories().setModelDirectory(directory);
-    if (!readBoundedLine(in, directory, kDirectoryBuffer)) return;
+    if (!readLineInBuffer(in, directory, kDirectoryBuffer)) return;
     Environment::instance().directories().setModelOutputDirectory(directory);
+} catch (const std::bad_alloc&) {
+    clearResults();
+    in.setstate(std::ios::failbit);
 }
 
 } // namespace tarvex

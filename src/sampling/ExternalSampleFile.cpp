@@ -14,10 +14,11 @@
 #include <cstring>
 #include <fstream>
 #include <memory>
+#include <new>
 
 #include "factors/Dummy.h"
 #include "factors/FactorName.h"
-#include "factors/LineRead.h"
+#include "common/TextLines.h"
 #include "sampling/NumberText.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/RandomSampler.h"
@@ -45,7 +46,7 @@ bool isAsciiLetter(unsigned char c) { return (c >= 'a' && c <= 'z') || (c >= 'A'
 // A count line: no letter, no forbidden character, one long integer >= 1.
 bool readCount(std::istream& in, int32_t& count) {
     std::string line;
-    if (!readLine(in, line, kLineBytes)) return false;
+    if (!readLineInBuffer(in, line, kLineBytes)) return false;
     for (std::size_t i = 0; i < line.size(); ++i) {
         const unsigned char c = static_cast<unsigned char>(line[i]);
         if (isAsciiLetter(c) || isForbiddenNameCharacter(c) || forbiddenUtf8Length(line, i)) return false;
@@ -58,7 +59,7 @@ bool readCount(std::istream& in, int32_t& count) {
 
 bool readName(std::istream& in, std::string& name) {
     std::string line;
-    if (!readLine(in, line, kLineBytes)) return false;
+    if (!readLineInBuffer(in, line, kLineBytes)) return false;
     const char* blanks = " \t\r\n\v\f";
     const std::size_t begin = line.find_first_not_of(blanks);
     if (begin == std::string::npos) return false;
@@ -72,7 +73,8 @@ bool readName(std::istream& in, std::string& name) {
 
 }  // namespace
 
-int PrepConfiguration::loadExternalSample(const std::string& fileName) {
+// Running out of memory on a hostile file is a failed read, like any other.
+int PrepConfiguration::loadExternalSample(const std::string& fileName) try {
     std::ifstream in(fileName, std::ios::binary);
     PrepConfiguration loaded;
     int32_t sampleCount = 0, factorCount = 0;
@@ -111,6 +113,9 @@ int PrepConfiguration::loadExternalSample(const std::string& fileName) {
     swap(loaded);
     errorText = kNoErrorsText;
     return 1;
+} catch (const std::bad_alloc&) {
+    errorText = kReadExternalErrorText;
+    return 0;
 }
 
 }  // namespace tarvex

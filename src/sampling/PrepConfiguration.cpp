@@ -6,13 +6,15 @@
 #include <fstream>
 #include <istream>
 #include <limits>
+#include <new>
 #include <ostream>
 
 #include "common/Environment.h"
 #include "common/ParallelFor.h"
 #include "factors/Discrete.h"
 #include "factors/Distribution.h"
-#include "factors/LineRead.h"
+#include "common/AtomicFileWriter.h"
+#include "common/TextLines.h"
 #include "factors/Relation.h"
 #include "sampling/SamplerFactors.h"
 
@@ -270,7 +272,7 @@ int PrepConfiguration::read(std::istream& in) {
         auto statistics = std::make_unique<SampleStatistics>();
         statistics->read(in);
         std::string tail;
-        if (!in || !readLine(in, tail, kStatisticsTailBytes)) return failed();
+        if (!in || !readLineInBuffer(in, tail, kStatisticsTailBytes)) return failed();
         sampleStatistics = std::move(statistics);
     }
     if (!factors.read(in) || !in) return failed();
@@ -279,7 +281,7 @@ int PrepConfiguration::read(std::istream& in) {
     if (!(in >> methodId)) return 0;
     skipLine(in);
     std::string methodName;
-    if (!readLine(in, methodName, kMethodNameBytes)) return 0;
+    if (!readLineInBuffer(in, methodName, kMethodNameBytes)) return 0;
     std::unique_ptr<Sampler> method = Sampler::create(methodId);
     if (!method) return failed();
     method->readItems(in);
@@ -288,32 +290,26 @@ int PrepConfiguration::read(std::istream& in) {
 
     skipLine(in);  // the rest of the section's last line
     std::string directory;
-    if (!readLine(in, directory, kPathBytes)) return 0;
+    if (!readLineInBuffer(in, directory, kPathBytes)) return 0;
     // Loading moves the current directory; it is remembered only if the
     // move succeeded.
     Environment::instance().directories().setPrepDirectory(directory);
     // The second newline after the file name stays unread: it belongs to
     // whatever record follows.
-    if (!readLine(in, sampleFile, kPathBytes)) return 0;
+    if (!readLineInBuffer(in, sampleFile, kPathBytes)) return 0;
     return 1;
 }
 
 int PrepConfiguration::writeSampleFile(const std::string& fileName) {
-    std::ofstream out(fileName, std::ios::binary | std::ios::trunc);
-    if (!out) {
-        errorText = kWriteSamplesErrorText;
-        return 0;
-    }
-    write(out);
-    out.flush();
-    if (!out) {
+    if (!saveFileAtomically(fileName, [this](std::ostream& out) { write(out); })) {
         errorText = kWriteSamplesErrorText;
         return 0;
     }
     return 1;
 }
 
-int PrepConfiguration::readSampleFile(const std::string& fileName) {
+// Running out of memory on a hostile file is a failed read, like any other.
+int PrepConfiguration::readSampleFile(const std::string& fileName) try {
     std::ifstream in(fileName, std::ios::binary);
     PrepConfiguration loaded;
     if (!in || !loaded.read(in) || !in) {
@@ -323,6 +319,9 @@ int PrepConfiguration::readSampleFile(const std::string& fileName) {
     swap(loaded);
     errorText = kNoErrorsText;
     return 1;
+} catch (const std::bad_alloc&) {
+    errorText = kReadSamplesErrorText;
+    return 0;
 }
 
 }  // namespace tarvex

@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "common/ParallelFor.h"
+#include "common/TextLines.h"
 #include "sampling/NumberText.h"
 #include "sampling/sampValues.h"
 
@@ -97,7 +98,7 @@ void sampValues::read(std::istream& in) {
     // Offsets into the working file must stay far inside 64 bits.
     constexpr int64_t kMaxValues = int64_t{1} << 58;
     if (in && (rows < 0 || columns < 0 || (order != 0 && order != 1) || (rows > 0 && columns == 0) ||
-               int64_t{rows} * columns > kMaxValues))
+               int64_t{rows} * columns > kMaxValues || !countFitsInput(in, int64_t{rows} * columns, 1)))
         in.setstate(std::ios::failbit);
     if (!in) {
         clear();

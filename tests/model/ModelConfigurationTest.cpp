@@ -354,6 +354,7 @@ TEST(ModelConfiguration, DamagedRecordsFailTheStream) {
         "\nexe\nout\n1\n0\n1\n1\ny\n0\nRun 0\n1\nt=0\tabc\t\n\n\n",
         "\nexe\nout\n1\n0\n2\n1\ny\n0\nRun 0\n1\nt=0\t1\t\n",  // a run missing
         "\nexe\nout\n0\n0\nm\n1\n2x\n0\n0\nf\n0\n0\n0\n\n\n",   // damaged model
+        "\nexe\nout\n1\n0\n1\n1\ny\n0\nRun 0\n2000000000\nt=0\t1\t\n",  // points beyond the record
     };
     for (const char* text : records) {
         std::istringstream in(text);

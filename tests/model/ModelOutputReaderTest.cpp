@@ -133,6 +133,8 @@ TEST_F(OutputFile, EveryBreachGivesZeroAndOnlyWholeRuns) {
         {"1\ny\ntime = yes\n1\nRUN 0\n1\nt = 0 1\n", 0},             // "t =" before the time
         {"1\ny\ntime = yes\n2\nRUN 0\n2\n0 1\n1 2\nRUN 1\n2\n0 3\n", 1},  // a run cut short
         {"1\ny\ntime = yes\n1\nRUN 0\n2\n0 1\n1\n", 0},
+        // A count far beyond the file: no memory is taken on its word.
+        {"8\na\nb\nc\nd\ne\nf\ng\nh\ntime = yes\n1\nRUN 0\n2000000000\n0 1 2 3 4 5 6 7 8\n", 0},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(read(c.text), 0) << c.text;
