@@ -2,6 +2,8 @@
 // factors: a file that makes factors can be attached to them, and the list
 // it makes, when its names are names a factor file holds, goes through a
 // factor file unchanged from the second writing on.
+#include <algorithm>
+#include <cctype>
 #include <sstream>
 
 #include "FuzzSupport.h"
@@ -33,10 +35,12 @@ TARVEX_FUZZ_TARGET(SteinFile, 2000) {
                 "the attached sample differs from the imported one");
 
     // Names of up to 255 characters come in, with any character after the
-    // first; only those a factor file can hold can go through one.
+    // first; only those a factor file can hold (short, one word, no forbidden
+    // character) can go through one.
     for (int i = 0; i < list.factorCount(); ++i) {
         const std::string& name = list.getFactor(i)->name;
-        if (name.size() > kMaxFactorNameLength || !isValidFactorName(name)) return fuzz::Outcome::Accepted;
+        const bool oneWord = std::none_of(name.begin(), name.end(), [](char c) { return std::isspace(static_cast<unsigned char>(c)); });
+        if (name.size() > kMaxFactorNameLength || !oneWord || !isValidFactorName(name)) return fuzz::Outcome::Accepted;
     }
     const std::string first = textOf(list);
     FactorList again, third;
