@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs the readers' fuzzers:  fuzz.sh SECONDS [READER]
+# Runs the readers' fuzzers:  fuzz.sh SECONDS [READER...]
 # Builds the libFuzzer targets with clang (address and undefined-behaviour
-# sanitizers) in build-fuzz/, runs each fuzzer, or only READER (e.g. FactorFile),
+# sanitizers) in build-fuzz/, runs each fuzzer, or only those named (e.g. FactorFile),
 # for SECONDS seconds from its committed seed corpus, and prints a table of
 # executions and crashes per reader. Exits non-zero if any fuzzer found anything.
 #
@@ -13,22 +13,23 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 if [ $# -lt 1 ] || ! [[ $1 =~ ^[0-9]+$ ]]; then
-  echo "usage: $(basename "$0") SECONDS [READER]" >&2
+  echo "usage: $(basename "$0") SECONDS [READER...]" >&2
   exit 2
 fi
 seconds=$1
-only=${2:-}
+shift
 parallel=${FUZZ_PARALLEL:-1}
 
-readers=()
-for harness in tests/fuzz/*Fuzz.cpp; do
-  reader=$(basename "$harness" Fuzz.cpp)
-  if [ -z "$only" ] || [ "$only" = "$reader" ]; then readers+=("$reader"); fi
-done
+readers=("$@")
 if [ ${#readers[@]} -eq 0 ]; then
-  echo "fuzz: no harness tests/fuzz/${only}Fuzz.cpp" >&2
-  exit 2
+  for harness in tests/fuzz/*Fuzz.cpp; do readers+=("$(basename "$harness" Fuzz.cpp)"); done
 fi
+for reader in "${readers[@]}"; do
+  if [ ! -f "tests/fuzz/${reader}Fuzz.cpp" ]; then
+    echo "fuzz: no harness tests/fuzz/${reader}Fuzz.cpp" >&2
+    exit 2
+  fi
+done
 
 bash scripts/setup-deps.sh
 CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
