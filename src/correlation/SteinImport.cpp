@@ -101,15 +101,19 @@ int FactorList::importStein(const std::string& fileName, int mode) {
     for (int32_t c = 0; c < columns; ++c) {
         std::string name;
         if (!readLineInBuffer(in, name, kSteinNameLineBytes) || !acceptableSteinName(name)) {
+            if (mode == 1) computeFactorOrder();
             errorText = kCorruptText;
             return 0;
         }
         if (mode == 1) {
             auto factor = std::make_unique<Uniform>();
             factor->name = name;
-            addFactor(std::move(factor));
+            // The sampling order is made once below: made after every column,
+            // a wide file cost time in the square of its columns.
+            appendFactor(std::move(factor));
         }
     }
+    if (mode == 1) computeFactorOrder();
     steinFileName = fileName;
     modified = 1;
 
