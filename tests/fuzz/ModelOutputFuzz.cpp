@@ -46,12 +46,8 @@ TARVEX_FUZZ_TARGET(ModelOutput, 1000) {
     fuzz::check(readRecord(first, again), "the output read does not load as a record:\n" + first);
     fuzz::check(again.runCount() == configuration.runCount() && again.outputCount() == configuration.outputCount(),
                 "written and read back, the results have other sizes");
-    // A name cut to its kept length may end in a carriage return, which the
-    // next read takes for part of the line end.
-    for (const std::string& name : again.outputNames())
-        if (name.ends_with('\r')) return fuzz::Outcome::Accepted;
     const std::string second = recordOf(again);
-    fuzz::check(readRecord(second, third) && recordOf(third) == second, "the written record keeps changing:\n" + second);
+    fuzz::check(readRecord(second, third) && fuzz::sameText(recordOf(third), second), "the written record keeps changing:\n" + second);
     return fuzz::Outcome::Accepted;
 }
 

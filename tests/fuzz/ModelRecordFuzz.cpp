@@ -36,18 +36,8 @@ TARVEX_FUZZ_TARGET(ModelRecord, 1000) {
     fuzz::check(readRecord("\n" + first, again), "the record read does not load once written:\n" + first);
     fuzz::check(again.runCount() == configuration.runCount() && again.outputCount() == configuration.outputCount(),
                 "written and read back, the results have other sizes");
-    // A name cut to its kept length, or a line of the model, may end in a
-    // carriage return, which the next read takes for part of the line end.
-    bool carriageReturnAtEnd = false;
-    for (const std::string& name : again.outputNames()) carriageReturnAtEnd = carriageReturnAtEnd || name.ends_with('\r');
-    if (const InternalModel* model = again.internalModel()) {
-        carriageReturnAtEnd = carriageReturnAtEnd || model->fileName().ends_with('\r');
-        for (const ModelExpression& e : model->expressions())
-            carriageReturnAtEnd = carriageReturnAtEnd || e.name.ends_with('\r') || e.text.ends_with('\r');
-    }
-    if (carriageReturnAtEnd) return fuzz::Outcome::Accepted;
     const std::string second = recordOf(again);
-    fuzz::check(readRecord("\n" + second, third) && recordOf(third) == second,
+    fuzz::check(readRecord("\n" + second, third) && fuzz::sameText(recordOf(third), second),
                 "the written record keeps changing:\n" + second);
     return fuzz::Outcome::Accepted;
 }
