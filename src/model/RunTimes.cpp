@@ -7,7 +7,10 @@ namespace tarvex {
 
 namespace {
 // Exact comparison, so that 0.0 and -0.0 or two NaN payloads count as what they are.
-bool sameTimes(const double* a, const double* b, std::size_t n) { return std::memcmp(a, b, n * sizeof(double)) == 0; }
+// Runs without time points hold no array at all: memcmp must not see their null pointers.
+bool sameTimes(const double* a, const double* b, std::size_t n) {
+    return n == 0 || std::memcmp(a, b, n * sizeof(double)) == 0;
+}
 } // namespace
 
 void RunTimes::clear() {
