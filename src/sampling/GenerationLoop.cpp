@@ -8,24 +8,16 @@ GenerationOutcome runGeneration(PrepConfiguration& config, const std::function<b
     config.prepareGeneration();
     int target = 1;
     int percent = config.generate(target);
-    GenerationOutcome outcome;
+    GenerationOutcome outcome{kGenerationDone, {}};
     while (percent < 100) {
-        if (percent < 0) {
+        if (percent < 0 || (step && !step(percent))) {
+            outcome.result = percent < 0 ? kGenerationFailed : kGenerationStopped;
             config.cancelGeneration();
-            outcome.result = kGenerationFailed;
-            outcome.warningText = config.warningText();
-            return outcome;
-        }
-        if (step && !step(percent)) {
-            config.cancelGeneration();
-            outcome.result = kGenerationStopped;
-            outcome.warningText = config.warningText();
-            return outcome;
+            break;
         }
         ++target;
         percent = config.generate(target);
     }
-    outcome.result = kGenerationDone;
     outcome.warningText = config.warningText();
     return outcome;
 }

@@ -12,12 +12,6 @@
 namespace tarvex {
 namespace {
 
-std::string textOf(const FactorList& list) {
-    std::ostringstream out;
-    list.write(out);
-    return out.str();
-}
-
 bool readText(const std::string& text, FactorList& list) {
     std::istringstream in(text);
     return readFactorListInto(in, list) == 1;
@@ -34,12 +28,12 @@ TARVEX_FUZZ_TARGET(FactorFile, 2500) {
         fuzz::check(list.factorCount() == 1 && list.getFactor(0)->name() == "keep", "a refused file changed the list");
         return fuzz::Outcome::Refused;
     }
-    const std::string first = textOf(list);
+    const std::string first = fuzz::textOf(list);
     FactorList again, third;
     fuzz::check(readText(first, again), "the list read does not load once written:\n" + first);
     fuzz::check(again.factorCount() == list.factorCount(), "written and read back, the list has another length");
-    const std::string second = textOf(again);
-    fuzz::check(readText(second, third) && fuzz::sameText(textOf(third), second), "the written text keeps changing:\n" + second);
+    const std::string second = fuzz::textOf(again);
+    fuzz::check(readText(second, third) && fuzz::sameText(fuzz::textOf(third), second), "the written text keeps changing:\n" + second);
     return fuzz::Outcome::Accepted;
 }
 

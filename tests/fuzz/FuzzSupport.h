@@ -47,6 +47,14 @@ struct CheckFailed : std::runtime_error {
 };
 
 // A property of the reader that must hold for every input.
+// The text an object writes through its write(std::ostream&).
+template <class T>
+std::string textOf(T& object) {
+    std::ostringstream out;
+    object.write(out);
+    return out.str();
+}
+
 inline void check(bool holds, const std::string& what) {
     if (holds) return;
 #ifdef TARVEX_LIBFUZZER

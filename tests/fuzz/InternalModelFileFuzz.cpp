@@ -9,12 +9,6 @@
 namespace tarvex {
 namespace {
 
-std::string textOf(InternalModel& model) {
-    std::ostringstream out;
-    model.write(out);
-    return out.str();
-}
-
 bool loads(const std::string& text, InternalModel& model) {
     return model.readFile(fuzz::ScratchFiles::instance().write("written.imd", text)) == 1;
 }
@@ -29,13 +23,13 @@ TARVEX_FUZZ_TARGET(InternalModelFile, 2500) {
         fuzz::check(!model.errorText().empty() && model.errorText() != "noerror", "a refused file gave no reason");
         return fuzz::Outcome::Refused;
     }
-    const std::string first = textOf(model);
+    const std::string first = fuzz::textOf(model);
     InternalModel again, third;
     fuzz::check(loads(first, again), "the model read does not load once written (" + again.errorText() + "):\n" + first);
     fuzz::check(again.numExpressions() == model.numExpressions() && again.numVariables() == model.numVariables(),
                 "written and read back, the model has other sizes");
-    const std::string second = textOf(again);
-    fuzz::check(loads(second, third) && fuzz::sameText(textOf(third), second), "the written text keeps changing:\n" + second);
+    const std::string second = fuzz::textOf(again);
+    fuzz::check(loads(second, third) && fuzz::sameText(fuzz::textOf(third), second), "the written text keeps changing:\n" + second);
     return fuzz::Outcome::Accepted;
 }
 

@@ -16,12 +16,6 @@ public:
     void error(const std::string&, const std::string&) override {}
 };
 
-std::string recordOf(const ModelConfiguration& configuration) {
-    std::ostringstream out;
-    configuration.write(out);
-    return out.str();
-}
-
 // The reader drops the end of the line before the record first.
 bool readRecord(const std::string& text, ModelConfiguration& configuration) {
     std::istringstream in("\n" + text);
@@ -41,13 +35,13 @@ TARVEX_FUZZ_TARGET(ModelOutput, 1000) {
         fuzz::check(configuration.readRun(r, values) == 1, "a run counted is not in the data file");
     if (!read) return fuzz::Outcome::Refused;
 
-    const std::string first = recordOf(configuration);
+    const std::string first = fuzz::textOf(configuration);
     ModelConfiguration again, third;
     fuzz::check(readRecord(first, again), "the output read does not load as a record:\n" + first);
     fuzz::check(again.runCount() == configuration.runCount() && again.outputCount() == configuration.outputCount(),
                 "written and read back, the results have other sizes");
-    const std::string second = recordOf(again);
-    fuzz::check(readRecord(second, third) && fuzz::sameText(recordOf(third), second), "the written record keeps changing:\n" + second);
+    const std::string second = fuzz::textOf(again);
+    fuzz::check(readRecord(second, third) && fuzz::sameText(fuzz::textOf(third), second), "the written record keeps changing:\n" + second);
     return fuzz::Outcome::Accepted;
 }
 

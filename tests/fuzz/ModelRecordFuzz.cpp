@@ -9,12 +9,6 @@
 namespace tarvex {
 namespace {
 
-std::string recordOf(const ModelConfiguration& configuration) {
-    std::ostringstream out;
-    configuration.write(out);
-    return out.str();
-}
-
 bool readRecord(const std::string& text, ModelConfiguration& configuration) {
     std::istringstream in(text);
     configuration.read(in);
@@ -31,13 +25,13 @@ TARVEX_FUZZ_TARGET(ModelRecord, 1000) {
         fuzz::check(configuration.readRun(r, values) == 1, "a run counted is not in the data file");
     if (!read) return fuzz::Outcome::Refused;
 
-    const std::string first = recordOf(configuration);
+    const std::string first = fuzz::textOf(configuration);
     ModelConfiguration again, third;
     fuzz::check(readRecord("\n" + first, again), "the record read does not load once written:\n" + first);
     fuzz::check(again.runCount() == configuration.runCount() && again.outputCount() == configuration.outputCount(),
                 "written and read back, the results have other sizes");
-    const std::string second = recordOf(again);
-    fuzz::check(readRecord("\n" + second, third) && fuzz::sameText(recordOf(third), second),
+    const std::string second = fuzz::textOf(again);
+    fuzz::check(readRecord("\n" + second, third) && fuzz::sameText(fuzz::textOf(third), second),
                 "the written record keeps changing:\n" + second);
     return fuzz::Outcome::Accepted;
 }

@@ -9,12 +9,6 @@
 namespace tarvex {
 namespace {
 
-std::string textOf(const PrepConfiguration& configuration) {
-    std::ostringstream out;
-    configuration.write(out);
-    return out.str();
-}
-
 bool loads(const std::string& text, PrepConfiguration& configuration) {
     return configuration.readSampleFile(fuzz::ScratchFiles::instance().write("written.sam", text)) == 1;
 }
@@ -31,14 +25,14 @@ TARVEX_FUZZ_TARGET(SampleFile, 400) {
                     "a refused file changed the configuration");
         return fuzz::Outcome::Refused;
     }
-    const std::string first = textOf(configuration);
+    const std::string first = fuzz::textOf(configuration);
     PrepConfiguration again, third;
     fuzz::check(loads(first, again), "the configuration read does not load once written:\n" + first);
     fuzz::check(again.samples.rowCount() == configuration.samples.rowCount() &&
                     again.samples.columnCount() == configuration.samples.columnCount(),
                 "written and read back, the sample has another size");
-    const std::string second = textOf(again);
-    fuzz::check(loads(second, third) && fuzz::sameText(textOf(third), second), "the written text keeps changing:\n" + second);
+    const std::string second = fuzz::textOf(again);
+    fuzz::check(loads(second, third) && fuzz::sameText(fuzz::textOf(third), second), "the written text keeps changing:\n" + second);
     return fuzz::Outcome::Accepted;
 }
 

@@ -14,12 +14,6 @@
 namespace tarvex {
 namespace {
 
-std::string textOf(const FactorList& list) {
-    std::ostringstream out;
-    list.write(out);
-    return out.str();
-}
-
 }  // namespace
 
 TARVEX_FUZZ_TARGET(SteinFile, 2000) {
@@ -42,13 +36,13 @@ TARVEX_FUZZ_TARGET(SteinFile, 2000) {
         const bool oneWord = std::none_of(name.begin(), name.end(), [](char c) { return std::isspace(static_cast<unsigned char>(c)); });
         if (name.size() > kMaxFactorNameLength || !oneWord || !isValidFactorName(name)) return fuzz::Outcome::Accepted;
     }
-    const std::string first = textOf(list);
+    const std::string first = fuzz::textOf(list);
     FactorList again, third;
     std::istringstream in1(first);
     fuzz::check(readFactorListInto(in1, again) == 1, "the imported factors do not load once written:\n" + first);
-    const std::string second = textOf(again);
+    const std::string second = fuzz::textOf(again);
     std::istringstream in2(second);
-    fuzz::check(readFactorListInto(in2, third) == 1 && fuzz::sameText(textOf(third), second),
+    fuzz::check(readFactorListInto(in2, third) == 1 && fuzz::sameText(fuzz::textOf(third), second),
                 "the written text keeps changing:\n" + second);
     return fuzz::Outcome::Accepted;
 }
