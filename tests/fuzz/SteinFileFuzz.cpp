@@ -22,7 +22,7 @@ std::string textOf(const FactorList& list) {
 
 }  // namespace
 
-TARVEX_FUZZ_TARGET(SteinFile, 2000) {
+TARVEX_FUZZ_TARGET(SteinFile, 1500) {
     const std::string path = fuzz::scratchInput(input);
     FactorList list;
     if (!list.importStein(path, 1)) return fuzz::Outcome::Refused;
