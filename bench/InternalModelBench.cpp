@@ -22,14 +22,11 @@ using tarvex::InternalModel;
 constexpr int kRows = 100000;
 constexpr double kPi = 3.14159265358979323846;
 
-InternalModel ishigami() {
-    InternalModel m;
+// false when the model refuses a variable or the equation.
+bool ishigami(InternalModel& m) {
     m.setName("ishigami");
-    m.addVariable("x1");
-    m.addVariable("x2");
-    m.addVariable("x3");
-    m.addExpression(0, "y", "sin(x1) + 7 * sin(x2) ** 2 + 0.1 * x3 ** 4 * sin(x1)", 1);
-    return m;
+    return m.addVariable("x1") && m.addVariable("x2") && m.addVariable("x3") &&
+           m.addExpression(0, "y", "sin(x1) + 7 * sin(x2) ** 2 + 0.1 * x3 ** 4 * sin(x1)", 1);
 }
 
 const std::vector<double>& rows() {
@@ -48,25 +45,31 @@ void report(benchmark::State& state) {
 }
 
 void BM_IshigamiTextForm(benchmark::State& state) {
-    InternalModel m = ishigami();
+    InternalModel m;
+    if (!ishigami(m)) state.SkipWithError(m.errorText().c_str());
     const std::vector<double>& v = rows();
     double y = 0.0;
+    int ok = 1;
     for (auto _ : state) {
-        for (int r = 0; r < kRows; ++r) m.evaluateText(v.data() + 3 * r, &y);
+        for (int r = 0; r < kRows; ++r) ok &= m.evaluateText(v.data() + 3 * r, &y) != 0;
         benchmark::DoNotOptimize(y);
     }
+    if (!ok) state.SkipWithError(m.errorText().c_str());
     report(state);
 }
 BENCHMARK(BM_IshigamiTextForm)->Unit(benchmark::kMillisecond);
 
 void BM_IshigamiCompiledForm(benchmark::State& state) {
-    InternalModel m = ishigami();
+    InternalModel m;
+    if (!ishigami(m)) state.SkipWithError(m.errorText().c_str());
     const std::vector<double>& v = rows();
     double y = 0.0;
+    int ok = 1;
     for (auto _ : state) {
-        for (int r = 0; r < kRows; ++r) m.evaluate(v.data() + 3 * r, &y);
+        for (int r = 0; r < kRows; ++r) ok &= m.evaluate(v.data() + 3 * r, &y) != 0;
         benchmark::DoNotOptimize(y);
     }
+    if (!ok) state.SkipWithError(m.errorText().c_str());
     report(state);
 }
 BENCHMARK(BM_IshigamiCompiledForm)->Unit(benchmark::kMillisecond);
@@ -76,15 +79,27 @@ BENCHMARK(BM_IshigamiCompiledForm)->Unit(benchmark::kMillisecond);
 // percent per call.
 void BM_IshigamiInternalRun(benchmark::State& state) {
     tarvex::sampValues samples;
-    samples.allocate(3);
+    bool ok = samples.allocate(3) == 1;
     const std::vector<double>& v = rows();
-    for (int r = 0; r < kRows; ++r) samples.addRow(v.data() + 3 * r);
+    for (int r = 0; r < kRows; ++r) ok = ok && samples.addRow(v.data() + 3 * r) != 0;
+    auto model = std::make_unique<InternalModel>();
+    ok = ok && ishigami(*model);
     tarvex::ModelConfiguration config;
-    config.setInternalModel(std::make_unique<InternalModel>(ishigami()));
+    config.setInternalModel(std::move(model));
+    if (!ok) state.SkipWithError("the sample or the model could not be made");
     for (auto _ : state) {
-        config.prepareInternalRun(kRows);
+        if (!config.prepareInternalRun(kRows)) {
+            state.SkipWithError(config.errorText().c_str());
+            break;
+        }
         float target = 1.0f;
-        while (config.advanceInternalRun(samples, target) < 100) target += 1.0f;
+        int percent = 0;
+        while ((percent = config.advanceInternalRun(samples, target)) >= 0 && percent < 100) target += 1.0f;
+        // A failing run answers -1 at every call: without this test the loop never ends.
+        if (percent < 0) {
+            state.SkipWithError(config.errorText().c_str());
+            break;
+        }
     }
     report(state);
 }

@@ -53,30 +53,29 @@ double peakResidentMB() {
     return double(usage.ru_maxrss) / 1024.0;
 }
 
-PrepConfiguration makeConfiguration(int32_t rows) {
-    PrepConfiguration config;
+// false when a setting is refused: the figures would be those of another project.
+bool makeConfiguration(int32_t rows, PrepConfiguration& config) {
+    bool ok = true;
     for (int i = 0; i < 10; ++i) {
         auto n = std::make_unique<Normal>();
-        n->name = std::string(1, 'n').append(std::to_string(i));
-        n->setMean(double(i));
-        n->setStdDeviation(1.0 + 0.1 * i);
-        config.factors.addFactor(std::move(n));
+        ok = ok && n->setName(std::string(1, 'n').append(std::to_string(i)));
+        ok = ok && n->setMean(double(i)) && n->setStdDeviation(1.0 + 0.1 * i);
+        ok = ok && config.factors.addFactor(std::move(n));
     }
     for (int i = 0; i < 10; ++i) {
         auto u = std::make_unique<Uniform>();
-        u->name = std::string(1, 'u').append(std::to_string(i));
+        ok = ok && u->setName(std::string(1, 'u').append(std::to_string(i)));
         u->clear();
-        u->addInterval(std::make_unique<Interval>(-double(i), double(i + 1), 1.0));
-        config.factors.addFactor(std::move(u));
+        ok = ok && u->addInterval(std::make_unique<Interval>(-double(i), double(i + 1), 1.0));
+        ok = ok && config.factors.addFactor(std::move(u));
     }
     // A chain of neighbouring correlations, positive definite.
-    for (int i = 0; i + 1 < 20; ++i) config.factors.setMatrixValue(i, i + 1, i % 2 ? 0.4 : -0.3);
+    for (int i = 0; i + 1 < 20; ++i) ok = ok && config.factors.setMatrixValue(i, i + 1, i % 2 ? 0.4 : -0.3);
     config.factors.correlationMode = kImanConoverCorrelation;
     auto latin = std::make_unique<LatinSampler>();
-    latin->setSamples(rows);
-    latin->setSeed(12345);
+    ok = ok && latin->setSamples(rows) && latin->setSeed(12345);
     config.sampler = std::move(latin);
-    return config;
+    return ok;
 }
 
 void BM_LatinImanConoverSample(benchmark::State& state) {
@@ -85,7 +84,11 @@ void BM_LatinImanConoverSample(benchmark::State& state) {
     std::snprintf(name, sizeof name, "tarvex-bench-%d.sam", int(getpid()));
     const std::string file = (std::filesystem::temp_directory_path() / name).string();
     for (auto _ : state) {
-        PrepConfiguration config = makeConfiguration(rows);
+        PrepConfiguration config;
+        if (!makeConfiguration(rows, config)) {
+            state.SkipWithError("a setting of the project was refused");
+            break;
+        }
         config.sampleFile = file;
         config.prepareGeneration();
 
@@ -103,7 +106,7 @@ void BM_LatinImanConoverSample(benchmark::State& state) {
         const double values = since(start);
         const double valuesCpu = processorSeconds() - cpu;
         if (percent != 100) {
-            state.SkipWithError(config.sampler->errorText.c_str());
+            state.SkipWithError(config.sampler->errorText().c_str());
             break;
         }
 
@@ -113,7 +116,7 @@ void BM_LatinImanConoverSample(benchmark::State& state) {
         const double writing = since(start);
         const double writingCpu = processorSeconds() - cpu;
         if (!written) {
-            state.SkipWithError(config.errorText.c_str());
+            state.SkipWithError(config.errorText().c_str());
             break;
         }
         state.counters["rows"] = rows;

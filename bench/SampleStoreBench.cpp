@@ -54,39 +54,40 @@ void report(benchmark::State& state, double seconds) {
 using Clock = std::chrono::steady_clock;
 double since(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
 
-void writeRows() {
+// false when the store refuses a step.
+bool writeRows() {
     const int32_t rows = tableRows();
     store = std::make_unique<sampValues>();
-    store->allocate(kColumns);
+    bool ok = store->allocate(kColumns) == 1;
     std::vector<double> row(kColumns);
-    for (int32_t r = 0; r < rows; ++r) {
+    for (int32_t r = 0; r < rows && ok; ++r) {
         for (int32_t c = 0; c < kColumns; ++c) row[size_t(c)] = cell(r, c, 0);
-        store->addRow(row.data());
+        ok = store->addRow(row.data()) != 0;
     }
-    store->setColumnMode(1);  // pushes the last window out, so the pass ends on disk
+    ok = ok && store->setColumnMode(1);  // pushes the last window out, so the pass ends on disk
     lastPass = 0;
+    return ok;
 }
 
 void BM_WriteRows(benchmark::State& state) {
     for (auto _ : state) {
         store.reset();
         const auto start = Clock::now();
-        writeRows();
+        const bool written = writeRows();
         report(state, since(start));
-        if (store->rowCount() != tableRows()) state.SkipWithError(store->errorText().c_str());
+        if (!written) state.SkipWithError(store->errorText().c_str());
     }
 }
 
 void BM_ReadRows(benchmark::State& state) {
-    if (!store) writeRows();
+    if (!store && !writeRows()) state.SkipWithError(store->errorText().c_str());
     const int32_t rows = tableRows();
     std::vector<double> row(kColumns);
     for (auto _ : state) {
-        store->setColumnMode(1);  // start from an empty row window
+        bool ok = store->setColumnMode(1);  // start from an empty row window
         const auto start = Clock::now();
-        bool ok = true;
         for (int32_t r = 0; r < rows; ++r) {
-            store->getRow(r, row.data());
+            ok &= store->getRow(r, row.data()) == 1;
             for (int32_t c = 0; c < kColumns; ++c) ok &= row[size_t(c)] == cell(r, c, lastPass);
         }
         report(state, since(start));
@@ -95,29 +96,30 @@ void BM_ReadRows(benchmark::State& state) {
 }
 
 void BM_WriteColumns(benchmark::State& state) {
-    if (!store) writeRows();
+    if (!store && !writeRows()) state.SkipWithError(store->errorText().c_str());
     const int32_t rows = tableRows();
     for (auto _ : state) {
         const auto start = Clock::now();
+        bool ok = true;
         for (int32_t c = 0; c < kColumns; ++c)
-            for (int32_t r = 0; r < rows; ++r) store->setColumnValue(r, c, cell(r, c, 1));
-        store->setColumnMode(0);  // flushes the last column window
+            for (int32_t r = 0; r < rows; ++r) ok &= store->setColumnValue(r, c, cell(r, c, 1)) == 1;
+        ok &= store->setColumnMode(0) == 1;  // flushes the last column window
         lastPass = 1;
         report(state, since(start));
+        if (!ok) state.SkipWithError(store->errorText().c_str());
     }
 }
 
 void BM_ReadColumns(benchmark::State& state) {
-    if (!store) writeRows();
+    if (!store && !writeRows()) state.SkipWithError(store->errorText().c_str());
     const int32_t rows = tableRows();
     for (auto _ : state) {
-        store->setColumnMode(0);
+        bool ok = store->setColumnMode(0);
         const auto start = Clock::now();
-        bool ok = true;
         double x = 0;
         for (int32_t c = 0; c < kColumns; ++c)
             for (int32_t r = 0; r < rows; ++r) {
-                store->getColumnValue(r, c, &x);
+                ok &= store->getColumnValue(r, c, &x) == 1;
                 ok &= x == cell(r, c, lastPass);
             }
         report(state, since(start));

@@ -13,11 +13,12 @@ namespace tarvex {
 // Without an installation directory (a project made before the start, or in a test
 // that sets none) there is no config.dat: its path would name the file system's root.
 ConfigDatFile::ConfigDatFile(Environment& environment) : environment_(&environment) {
-    if (!environment_->mainDir().empty()) read(environment_->configDatPath(), environment_->directories());
+    if (!environment_->mainDir().empty()) (void)read(environment_->configDatPath(), environment_->directories());
 }
 
 ConfigDatFile::~ConfigDatFile() {
-    if (!environment_->mainDir().empty()) write(environment_->configDatPath(), environment_->directories());
+    // A failed write goes unnoticed: nobody is left to tell.
+    if (!environment_->mainDir().empty()) (void)write(environment_->configDatPath(), environment_->directories());
 }
 
 int ConfigDatFile::read(const std::string& path, RememberedDirectories& directories) {
@@ -28,7 +29,8 @@ int ConfigDatFile::read(const std::string& path, RememberedDirectories& director
     std::string line;
     for (int i = 0; i < RememberedDirectories::kCount; ++i) {
         if (!readLineUpTo(in, line, kEnvironmentLineMax)) break;
-        directories.set(static_cast<RememberedDirectories::Which>(i), line);
+        // A directory that is gone keeps its old value.
+        (void)directories.set(static_cast<RememberedDirectories::Which>(i), line);
     }
     return 1;
 }

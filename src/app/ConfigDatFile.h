@@ -28,10 +28,10 @@ public:
     // empty line) leaves its value as it was; a file of fewer lines sets what is there.
     // A line longer than 1023 characters can't be read: it and the lines after it are
     // not applied. Returns 0 when the file is absent or can't be opened.
-    static int read(const std::string& path, RememberedDirectories& directories);
+    [[nodiscard]] static int read(const std::string& path, RememberedDirectories& directories);
 
     // Truncates and rewrites `path`. Returns 0 on a write error, which callers ignore.
-    static int write(const std::string& path, const RememberedDirectories& directories);
+    [[nodiscard]] static int write(const std::string& path, const RememberedDirectories& directories);
 
 private:
     Environment* environment_;

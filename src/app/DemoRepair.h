@@ -23,7 +23,7 @@ public:
     // or a temporary file that can't be written in full, leaves the .dem file
     // untouched (and no temporary file behind). Returns 1 when the .dem file was
     // replaced.
-    static int repairFile(const std::string& mainDir, const std::string& caseName);
+    [[nodiscard]] static int repairFile(const std::string& mainDir, const std::string& caseName);
 
     // One line: a line holding MAINDIR becomes mainDir followed by whatever stands
     // behind its first ']'. Other lines, and a placeholder line without any ']',

@@ -25,7 +25,7 @@ int EnvironmentStart::run(std::ostream& err, Environment& environment) {
     // can't be written goes unnoticed.
     StartupFile rewritten = startupFile;
     rewritten.mark = StartupFile::markAfterStart(startupFile.mark);
-    rewritten.write(cfgPath);
+    (void)rewritten.write(cfgPath);
 
     proceed = 1;
     return 1;

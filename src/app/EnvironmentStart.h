@@ -26,7 +26,7 @@ public:
     // writes the start-up file's error message and a line end to `err`, touches no
     // file and leaves the environment as it was. Never ends the process itself.
     // Returns proceed.
-    int run(std::ostream& err, Environment& environment = Environment::instance());
+    [[nodiscard]] int run(std::ostream& err, Environment& environment = Environment::instance());
 };
 
 }  // namespace tarvex

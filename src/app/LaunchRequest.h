@@ -42,7 +42,7 @@ public:
     // the program starts empty. Otherwise returns 1 with the request filled in.
     // Reading stops at a line longer than 1023 characters, which can't be read whole:
     // what came before it stands, it and the lines after it are ignored.
-    int read(const std::string& path);
+    [[nodiscard]] int read(const std::string& path);
 
     // Applies one line: returns 1 if it began with a label and had a value.
     int parseLine(const std::string& line);

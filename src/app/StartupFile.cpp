@@ -13,25 +13,25 @@ int StartupFile::read(const std::string& path) {
     mark = 0;
     std::ifstream in(path);
     if (!in) {
-        errorText = "Can't open " + path;
+        errorText_ = "Can't open " + path;
         return 0;
     }
     std::string line;
     if (!readLineUpTo(in, line, kEnvironmentLineMax)) {
         // A failed read that kept characters stopped at the length limit.
-        errorText = line.empty() ? path + ": the installation directory is missing"
+        errorText_ = line.empty() ? path + ": the installation directory is missing"
                                  : path + ": the installation directory is longer than 1023 characters";
         return 0;
     }
     if (line.empty()) {
-        errorText = path + ": the installation directory is missing";
+        errorText_ = path + ": the installation directory is missing";
         return 0;
     }
     installLine = line;
     // A mark that doesn't parse (or overflows) counts as 0, so the repair runs.
     int value = 0;
     if (in >> value) mark = value;
-    errorText = "No errors";
+    errorText_ = "No errors";
     return 1;
 }
 

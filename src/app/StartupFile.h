@@ -22,21 +22,24 @@ public:
     std::string installLine;
     // Line 2; 0 when it is missing or doesn't parse as a decimal integer.
     int mark = 0;
-    std::string errorText = "No errors";
+    const std::string& errorText() const { return errorText_; }
 
     // Reads both lines. Returns 0 when the file can't be opened, and also when its
     // first line is missing, empty or longer than 1023 characters: such a file names
     // no installation, and going on with it would repair and rewrite files below a
     // wrong directory (an empty one would mean the file system's root). The file is
     // then left as it is.
-    int read(const std::string& path);
+    [[nodiscard]] int read(const std::string& path);
 
     // Truncates and rewrites the file: installLine, newline, mark, newline.
     // Returns 0 when it can't be written; the start goes on regardless.
-    int write(const std::string& path) const;
+    [[nodiscard]] int write(const std::string& path) const;
 
     // The mark written back at each start: 0 becomes 1, any other value stays.
     static int markAfterStart(int mark) { return mark == 0 ? 1 : mark; }
+
+private:
+    std::string errorText_ = "No errors";
 };
 
 }  // namespace tarvex

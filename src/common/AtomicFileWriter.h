@@ -20,10 +20,10 @@ enum class WriteOutcome { Written, OpenFailed, WriteFailed };
 // made beside it (a directory the user may not write holding a file he may).
 // On OpenFailed and WriteFailed the former file is untouched, except in that
 // direct case, and no temporary file is left behind.
-WriteOutcome writeFileAtomically(const std::string& path, const std::function<void(std::ostream&)>& writer);
+[[nodiscard]] WriteOutcome writeFileAtomically(const std::string& path, const std::function<void(std::ostream&)>& writer);
 
 // The same as a 1 or 0 status.
-inline int saveFileAtomically(const std::string& path, const std::function<void(std::ostream&)>& writer) {
+[[nodiscard]] inline int saveFileAtomically(const std::string& path, const std::function<void(std::ostream&)>& writer) {
     return writeFileAtomically(path, writer) == WriteOutcome::Written ? 1 : 0;
 }
 

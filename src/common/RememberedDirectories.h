@@ -21,7 +21,7 @@ public:
     // Makes `dir` the process's current directory first. If that fails (an empty
     // text, a file, a directory that no longer exists) nothing more happens and the
     // old value stays; returns 0. Otherwise the value becomes `dir`; returns 1.
-    int set(Which which, const std::string& dir);
+    [[nodiscard]] int set(Which which, const std::string& dir);
 
     // Clears a value without touching the current directory.
     void clear(Which which) { values_[which].clear(); }
@@ -30,10 +30,10 @@ public:
     const std::string& velsDirectory() const { return get(Vels); }
     const std::string& modelDirectory() const { return get(Model); }
     const std::string& modelOutputDirectory() const { return get(ModelOutput); }
-    int setPrepDirectory(const std::string& dir) { return set(Prep, dir); }
-    int setVelsDirectory(const std::string& dir) { return set(Vels, dir); }
-    int setModelDirectory(const std::string& dir) { return set(Model, dir); }
-    int setModelOutputDirectory(const std::string& dir) { return set(ModelOutput, dir); }
+    [[nodiscard]] int setPrepDirectory(const std::string& dir) { return set(Prep, dir); }
+    [[nodiscard]] int setVelsDirectory(const std::string& dir) { return set(Vels, dir); }
+    [[nodiscard]] int setModelDirectory(const std::string& dir) { return set(Model, dir); }
+    [[nodiscard]] int setModelOutputDirectory(const std::string& dir) { return set(ModelOutput, dir); }
 
 private:
     std::array<std::string, kCount> values_;

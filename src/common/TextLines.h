@@ -23,13 +23,13 @@ namespace tarvex {
 // text after a NUL byte is not kept, one carriage return before the line end
 // is dropped. On a line that is too long, `line` holds the characters that
 // fitted and the rest of the line stays in the (failed) stream.
-bool readLineInBuffer(std::istream& in, std::string& line, std::size_t bufferSize);
+[[nodiscard]] bool readLineInBuffer(std::istream& in, std::string& line, std::size_t bufferSize);
 
 // A whole line of at most `maxChars` characters, one carriage return before
 // the line end dropped. On a longer line, `line` holds its first maxChars
 // characters and the stream is failed. Memory stays bounded by maxChars
 // whatever the input holds.
-bool readLineUpTo(std::istream& in, std::string& line, std::size_t maxChars);
+[[nodiscard]] bool readLineUpTo(std::istream& in, std::string& line, std::size_t maxChars);
 
 // Takes at most `limit` characters, stopping after a line end (which counts
 // among them and is not kept, nor a carriage return before it). What is left
@@ -46,14 +46,14 @@ void skipLine(std::istream& in);
 
 // Reads away one whole line as a line read that keeps nothing: like skipLine,
 // but it fails the stream at the end of the input when nothing is left.
-bool passLine(std::istream& in);
+[[nodiscard]] bool passLine(std::istream& in);
 
 // Whether `count` items of at least `bytesEach` bytes of text each can still
 // follow in the input. Readers check an announced count with it before they
 // size anything from it, so that a file claiming two billion entries costs
 // nothing. A stream that cannot tell how much is left (a pipe) passes: its
 // readers must grow with what they actually read.
-bool countFitsInput(std::istream& in, int64_t count, int64_t bytesEach);
+[[nodiscard]] bool countFitsInput(std::istream& in, int64_t count, int64_t bytesEach);
 
 // Numbers in the engine's files are written and read the same way whatever
 // locale the program runs in: the stream is given the classic locale for the

@@ -12,6 +12,6 @@ std::string workingDirectory();
 // when the name is taken a suffix "_<n>" is tried, so two stores never share
 // a file. Returns a read-write descriptor (closed on exec, so that model
 // processes do not inherit it) and the path in `name`, or -1 with errno set.
-int createWorkingFile(std::string* name);
+[[nodiscard]] int createWorkingFile(std::string* name);
 
 }  // namespace tarvex

@@ -16,9 +16,9 @@ public:
     ColumnFile& operator=(const ColumnFile&) = delete;
 
     // Bytes at `offset`; the file grows as needed. false on an I/O failure.
-    bool write(int64_t offset, const void* data, int64_t bytes);
+    [[nodiscard]] bool write(int64_t offset, const void* data, int64_t bytes);
     // Reading past what was written gives zeros.
-    bool read(int64_t offset, void* data, int64_t bytes) const;
+    [[nodiscard]] bool read(int64_t offset, void* data, int64_t bytes) const;
     bool onDisk() const { return fd_ >= 0; }
 
 private:

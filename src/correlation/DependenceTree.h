@@ -44,19 +44,19 @@ public:
     int isDescendant(int node, int ancestor) const;
 
     // Correlation values accepted for a link: from -1 to 1, not 0.
-    static int checkCorrelation(double value, std::string& errorText);
+    [[nodiscard]] static int checkCorrelation(double value, std::string& errorText);
 
     // Makes `child` a child of `parent` with the given correlation, taking
     // it (with its own subtree) from its former parent. A child dropped on
     // itself changes nothing and succeeds. Refused with its text when the
     // value is out of range or when `parent` lies below `child`.
-    int link(int child, int parent, double correlation, std::string& errorText);
+    [[nodiscard]] int link(int child, int parent, double correlation, std::string& errorText);
     // The same move keeping the link's correlation.
-    int moveLink(int child, int parent, std::string& errorText);
+    [[nodiscard]] int moveLink(int child, int parent, std::string& errorText);
     // Takes the node out of the tree: it leaves its parent and its children
     // become roots (each keeping its own subtree), all with correlation 0.
     void unlink(int i);
-    int setCorrelation(int i, double value, std::string& errorText);
+    [[nodiscard]] int setCorrelation(int i, double value, std::string& errorText);
 
     // "Correlation information" lines of the factor file, one per node:
     // correlation, blank, parent or -1, blank, number of children, blank, then
@@ -65,7 +65,7 @@ public:
     // Reads `size()` such lines over the present nodes. Links that do not make
     // a forest (an index out of range, a parent that does not list its child,
     // a cycle) set the stream's fail state and leave the links as they were.
-    int read(std::istream& in);
+    [[nodiscard]] int read(std::istream& in);
 
 private:
     void detachFromParent(int i);

@@ -16,17 +16,17 @@ inline constexpr const char* kFactorFileReadText = "Error reading factors file";
 // Reads a factor list from the stream into a temporary list and, on success
 // only, puts it in place of `list` (whose source text stays). On failure
 // `list` is as it was and 0 is returned; the stream is in its fail state.
-int readFactorListInto(std::istream& in, FactorList& list);
+[[nodiscard]] int readFactorListInto(std::istream& in, FactorList& list);
 
 // Loads a factor file the same way. On success the list's source text becomes
 // the path. On failure `errorText` holds kFactorFileOpenText or
 // kFactorFileReadText, and `list` is unchanged; callers that must reset their
 // list on failure clear it themselves.
-int loadFactorFile(const std::string& path, FactorList& list, std::string& errorText);
+[[nodiscard]] int loadFactorFile(const std::string& path, FactorList& list, std::string& errorText);
 
 // Saves the list. The file is put in place only once written whole, so a
 // failed save leaves an existing file intact. Texts: kFactorFileOutputText
 // when the file can't be opened, kFactorFileWriteText when writing fails.
-int saveFactorFile(const std::string& path, const FactorList& list, std::string& errorText);
+[[nodiscard]] int saveFactorFile(const std::string& path, const FactorList& list, std::string& errorText);
 
 } // namespace tarvex

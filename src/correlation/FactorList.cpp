@@ -1,8 +1,11 @@
 #include "correlation/FactorList.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "factors/FactorKinds.h"
+#include "factors/FactorName.h"
+#include "factors/Relation.h"
 
 namespace tarvex {
 
@@ -12,7 +15,7 @@ FactorList::FactorList(const FactorList& other)
       steinInfo(other.steinInfo),
       sourceText(other.sourceText),
       modified(other.modified),
-      errorText(other.errorText),
+      errorText_(other.errorText_),
       tree_(other.tree_),
       matrix_(other.matrix_),
       order_(other.order_),
@@ -36,7 +39,7 @@ void FactorList::swap(FactorList& other) noexcept {
     swap(steinInfo, other.steinInfo);
     swap(sourceText, other.sourceText);
     swap(modified, other.modified);
-    swap(errorText, other.errorText);
+    swap(errorText_, other.errorText_);
     swap(factors_, other.factors_);
     swap(tree_, other.tree_);
     swap(matrix_, other.matrix_);
@@ -73,14 +76,25 @@ int FactorList::addFactor(std::unique_ptr<Factor> factor) {
 }
 
 void FactorList::appendFactor(std::unique_ptr<Factor> factor) {
-    if (isCorrelatableType(factor->typeName)) insertMatrixRow(matrixSize());
-    tree_.addNode(factor->name);
+    if (isCorrelatableType(factor->typeName())) insertMatrixRow(matrixSize());
+    tree_.addNode(factor->name());
     factors_.push_back(std::move(factor));
     modified = 1;
 }
 
 int FactorList::removeFactor(int i) {
     if (i < 0 || i >= factorCount()) return 0;
+    const std::string& name = factors_[static_cast<std::size_t>(i)]->name();
+    const bool nameStays = std::count_if(factors_.begin(), factors_.end(),
+                                         [&](const auto& f) { return f->name() == name; }) > 1;
+    for (int k = 0; k < factorCount() && !nameStays; ++k) {
+        if (k == i || isRelation(k) != 1) continue;
+        const auto* relation = static_cast<const Relation*>(factors_[static_cast<std::size_t>(k)].get());
+        if (relation->usesFactor(name)) {
+            errorText_ = "   Factor " + name + " is used by relation " + relation->name() + " and can't be removed";
+            return 0;
+        }
+    }
     const int row = correlatableIndex(i);
     if (row >= 0) eraseMatrixRow(row);
     tree_.removeNode(i);
@@ -93,18 +107,81 @@ int FactorList::removeFactor(int i) {
 int FactorList::replaceFactor(int i, std::unique_ptr<Factor> factor) {
     if (i < 0 || i >= factorCount() || !factor) return 0;
     const bool was = isCorrelatable(i) == 1;
-    const bool will = isCorrelatableType(factor->typeName) == 1;
+    const bool will = isCorrelatableType(factor->typeName()) == 1;
     if (was && !will && tree_.isLinked(i)) {
-        errorText = "   Can't change to Constant\n or Relation a correlated factor";
+        errorText_ = "   Can't change to Constant\n or Relation a correlated factor";
         return 0;
     }
+    const std::string oldName = factors_[static_cast<std::size_t>(i)]->name();
+    const bool renamed = factor->name() != oldName;
+    if (renamed && !renameAllowed(i, factor->name(), i)) return 0;
     if (was && !will) eraseMatrixRow(correlatableIndex(i));
-    tree_.rename(i, factor->name);
+    tree_.rename(i, factor->name());
+    if (renamed) followRename(oldName, factor->name(), i);
     factors_[static_cast<std::size_t>(i)] = std::move(factor);
     if (!was && will) insertMatrixRow(correlatableIndex(i));
     modified = 1;
     computeFactorOrder();
     return 1;
+}
+
+int FactorList::renameFactor(int i, const std::string& newName) {
+    if (i < 0 || i >= factorCount()) return 0;
+    Factor& factor = *factors_[static_cast<std::size_t>(i)];
+    const std::string oldName = factor.name();
+    if (newName == oldName) return 1;
+    if (!renameAllowed(i, newName, -1)) return 0;
+    (void)factor.setName(newName);  // renameAllowed has checked the name
+    tree_.rename(i, newName);
+    followRename(oldName, newName, -1);
+    modified = 1;
+    return 1;
+}
+
+bool FactorList::renameAllowed(int i, const std::string& newName, int skip) {
+    if (const char* fault = factorNameFault(newName)) {
+        errorText_ = fault;
+        return false;
+    }
+    const int holder = findFactor(newName);
+    if (holder >= 0 && holder != i) {
+        errorText_ = kFactorNameInUseText;
+        return false;
+    }
+    const std::string& oldName = factors_[static_cast<std::size_t>(i)]->name();
+    for (int k = 0; k < factorCount(); ++k) {
+        if (k == skip || isRelation(k) != 1) continue;
+        const auto& relation = static_cast<const Relation&>(*factors_[static_cast<std::size_t>(k)]);
+        if (!relation.usesFactor(oldName)) continue;
+        const std::string renamed = relation.renamedExpression(oldName, newName);
+        const std::string refusal = "   Relation " + relation.name() + " can't follow the new name: ";
+        if (renamed.size() > Relation::kMaxExpressionLength) {
+            errorText_ = refusal + kRelationTooLongText;
+            return false;
+        }
+        // What the relation uses afterwards must be what it used before,
+        // with the one name changed.
+        std::vector<std::string> expected = relation.factorNames();
+        std::replace(expected.begin(), expected.end(), oldName, newName);
+        std::sort(expected.begin(), expected.end());
+        expected.erase(std::unique(expected.begin(), expected.end()), expected.end());
+        Relation trial;
+        const bool accepted = trial.setExpression(renamed) == 1;
+        std::vector<std::string> used = trial.factorNames();
+        std::sort(used.begin(), used.end());
+        if (!accepted || used != expected) {
+            errorText_ = refusal + "its expression would become " + renamed;
+            return false;
+        }
+    }
+    return true;
+}
+
+void FactorList::followRename(const std::string& oldName, const std::string& newName, int skip) {
+    for (int k = 0; k < factorCount(); ++k) {
+        if (k != skip && isRelation(k) == 1)
+            static_cast<Relation*>(factors_[static_cast<std::size_t>(k)].get())->renameFactor(oldName, newName);
+    }
 }
 
 void FactorList::clear() {
@@ -121,18 +198,18 @@ void FactorList::clear() {
 
 int FactorList::correlatableCount() const {
     int n = 0;
-    for (const auto& f : factors_) n += isCorrelatableType(f->typeName);
+    for (const auto& f : factors_) n += isCorrelatableType(f->typeName());
     return n;
 }
 
 int FactorList::isCorrelatable(int i) const {
     if (i < 0 || i >= factorCount()) return -1;
-    return isCorrelatableType(factors_[static_cast<std::size_t>(i)]->typeName);
+    return isCorrelatableType(factors_[static_cast<std::size_t>(i)]->typeName());
 }
 
 int FactorList::isRelation(int i) const {
     if (i < 0 || i >= factorCount()) return -1;
-    return factors_[static_cast<std::size_t>(i)]->typeName == "Relation" ? 1 : 0;
+    return factors_[static_cast<std::size_t>(i)]->typeName() == "Relation" ? 1 : 0;
 }
 
 Factor* FactorList::getFactor(int i) const {
@@ -142,7 +219,7 @@ Factor* FactorList::getFactor(int i) const {
 
 int FactorList::findFactor(const std::string& name) const {
     for (int i = 0; i < factorCount(); ++i) {
-        if (factors_[static_cast<std::size_t>(i)]->name == name) return i;
+        if (factors_[static_cast<std::size_t>(i)]->name() == name) return i;
     }
     return -1;
 }
@@ -163,10 +240,10 @@ float FactorList::matrixValue(int row, int column) const {
 int FactorList::setMatrixValue(int row, int column, double value) {
     const int n = matrixSize();
     if (row < 0 || row >= n || column < 0 || column >= n || row == column) {
-        errorText = "No such pair in the correlation matrix";
+        errorText_ = "No such pair in the correlation matrix";
         return 0;
     }
-    if (!DependenceTree::checkCorrelation(value, errorText)) return 0;
+    if (!DependenceTree::checkCorrelation(value, errorText_)) return 0;
     matrix_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] = static_cast<float>(value);
     matrix_[static_cast<std::size_t>(column)][static_cast<std::size_t>(row)] = static_cast<float>(value);
     modified = 1;
@@ -175,10 +252,10 @@ int FactorList::setMatrixValue(int row, int column, double value) {
 
 int FactorList::linkFactor(int child, int parent, double correlation) {
     if (isCorrelatable(child) != 1 || isCorrelatable(parent) != 1) {
-        errorText = "Only factors with a distribution can be correlated";
+        errorText_ = "Only factors with a distribution can be correlated";
         return 0;
     }
-    if (!tree_.link(child, parent, correlation, errorText)) return 0;
+    if (!tree_.link(child, parent, correlation, errorText_)) return 0;
     modified = 1;
     computeFactorOrder();
     return 1;
@@ -186,10 +263,10 @@ int FactorList::linkFactor(int child, int parent, double correlation) {
 
 int FactorList::moveLink(int child, int parent) {
     if (isCorrelatable(child) != 1 || isCorrelatable(parent) != 1) {
-        errorText = "Only factors with a distribution can be correlated";
+        errorText_ = "Only factors with a distribution can be correlated";
         return 0;
     }
-    if (!tree_.moveLink(child, parent, errorText)) return 0;
+    if (!tree_.moveLink(child, parent, errorText_)) return 0;
     modified = 1;
     computeFactorOrder();
     return 1;
@@ -204,7 +281,7 @@ int FactorList::unlinkFactor(int i) {
 }
 
 int FactorList::setLinkCorrelation(int i, double correlation) {
-    if (!tree_.setCorrelation(i, correlation, errorText)) return 0;
+    if (!tree_.setCorrelation(i, correlation, errorText_)) return 0;
     modified = 1;
     return 1;
 }

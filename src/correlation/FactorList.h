@@ -32,6 +32,8 @@ inline constexpr const char* kPanelFactorSource = "Using factors from panel";
 // Ends each row of factorOrder.
 inline constexpr uint32_t kOrderRowEnd = 0xFFFFFFFFu;
 
+inline constexpr const char* kFactorNameInUseText = "   The name of this factor is already in use";
+
 class FactorList {
 public:
     FactorList() = default;
@@ -46,13 +48,24 @@ public:
     // Appends the factor with a root node of its own. A correlatable factor
     // adds a row and a column to the correlation matrix: 0.0, 1.0 on the
     // diagonal. The sampling order is computed anew.
-    int addFactor(std::unique_ptr<Factor> factor);
+    [[nodiscard]] int addFactor(std::unique_ptr<Factor> factor);
     // Removes factor i, its node (its links dissolved, see
-    // DependenceTree::unlink) and its matrix row and column.
-    int removeFactor(int i);
+    // DependenceTree::unlink) and its matrix row and column. Refused, with
+    // errorText naming the relation, while another factor that is a relation
+    // uses its name: that relation would read 0.0 for it.
+    [[nodiscard]] int removeFactor(int i);
     // Puts another factor (a changed kind, say) in place i, keeping its node.
-    // A factor in a tree link can't become Constant or Relation.
-    int replaceFactor(int i, std::unique_ptr<Factor> factor);
+    // A factor in a tree link can't become Constant or Relation. A new name is
+    // taken as renameFactor takes it.
+    [[nodiscard]] int replaceFactor(int i, std::unique_ptr<Factor> factor);
+    // Gives factor i a new name, and the relations that use the old one
+    // follow it: Relation::renameFactor replaces every plain occurrence of the
+    // old name in their expressions. Refused, with errorText and nothing
+    // changed, for a name the factor can't take, a name another factor holds,
+    // and a relation that can't follow: its renamed expression would be
+    // refused, or would use other names than the renamed one (renaming "a"
+    // also turns "ab" into "<new>b"), which would then read 0.0.
+    [[nodiscard]] int renameFactor(int i, const std::string& newName);
     // Empties the list: factors, nodes, matrix, order, Stein sample; the
     // correlation mode returns to none. The source text stays.
     void clear();
@@ -77,14 +90,14 @@ public:
     int matrixSize() const { return static_cast<int>(matrix_.size()); }
     float matrixValue(int row, int column) const;
     // Sets a pair symmetrically; the diagonal stays 1. Values as for links.
-    int setMatrixValue(int row, int column, double value);
+    [[nodiscard]] int setMatrixValue(int row, int column, double value);
 
     // Dependence tree, by factor index (see DependenceTree for the rules).
     const DependenceTree& tree() const { return tree_; }
-    int linkFactor(int child, int parent, double correlation);
-    int moveLink(int child, int parent);
-    int unlinkFactor(int i);
-    int setLinkCorrelation(int i, double correlation);
+    [[nodiscard]] int linkFactor(int child, int parent, double correlation);
+    [[nodiscard]] int moveLink(int child, int parent);
+    [[nodiscard]] int unlinkFactor(int i);
+    [[nodiscard]] int setLinkCorrelation(int i, double correlation);
     // 1 if the factor takes part in a tree link.
     int isLinked(int i) const { return tree_.isLinked(i); }
 
@@ -104,7 +117,7 @@ public:
     // any other mode attaches the sample to the factors there and sets the
     // correlation mode to Stein. 0 with errorText on failure; the list stays
     // in the state reached.
-    int importStein(const std::string& fileName, int mode);
+    [[nodiscard]] int importStein(const std::string& fileName, int mode);
     // Drops the sample and its file name; a Stein correlation mode returns
     // to none.
     void clearStein();
@@ -114,7 +127,7 @@ public:
     // first and, on failure, leaves it as far as it got: read into a
     // temporary list where the caller's must survive (FactorFile.h).
     void write(std::ostream& out) const;
-    int read(std::istream& in);
+    [[nodiscard]] int read(std::istream& in);
 
     void swap(FactorList& other) noexcept;
 
@@ -125,15 +138,21 @@ public:
     std::string sourceText = kNoFactorSource;
     // Set by every change through this interface; cleared by the panels.
     int modified = 0;
-    std::string errorText = "No errors";
+    const std::string& errorText() const { return errorText_; }
 
 private:
-    int readCorrelationPart(std::istream& in);
+    // Whether the name of factor i may become newName (see renameFactor),
+    // leaving aside the relation in place `skip`; errorText when not.
+    bool renameAllowed(int i, const std::string& newName, int skip);
+    // The relations but the one in place `skip` take the new name.
+    void followRename(const std::string& oldName, const std::string& newName, int skip);
+    [[nodiscard]] int readCorrelationPart(std::istream& in);
     // addFactor without the new sampling order, for the file reader.
     void appendFactor(std::unique_ptr<Factor> factor);
     void insertMatrixRow(int at);
     void eraseMatrixRow(int at);
 
+    std::string errorText_ = "No errors";
     std::vector<std::unique_ptr<Factor>> factors_;
     DependenceTree tree_;
     // Rows of their own, so that appending a factor costs one row and one

@@ -79,7 +79,7 @@ int FactorList::read(std::istream& in) {
     if (!(in >> left >> right)) return 0;
     // Through the checking setter: defaults outside 0 < left < right < 1 are
     // ignored.
-    TruncatedDistribution::setDefaultTruncations(left, right);
+    (void)TruncatedDistribution::setDefaultTruncations(left, right);
 
     long count = 0;
     if (!(in >> count)) return 0;

@@ -35,7 +35,7 @@ ImanConover::ImanConover(const FactorList& factors, int32_t rowCount, int32_t se
 void ImanConover::buildFromList(const FactorList& factors) {
     const std::vector<float>& matrix = factors.correlationMatrix();
     if (matrix.size() != size_t(factorCount_) * size_t(factorCount_)) {
-        failed = 1;
+        failed_ = 1;
         return;
     }
     build(matrix.data());
@@ -43,15 +43,15 @@ void ImanConover::buildFromList(const FactorList& factors) {
 
 ImanConover::ImanConover(const float* matrix, int32_t n) : factorCount_(n > 0 ? n : 0) {
     const size_t cells = size_t(factorCount_) * size_t(factorCount_);
-    target.assign(cells, 0.0);
-    for (size_t i = 0; i < cells; ++i) target[i] = double(matrix[i]);
+    target_.assign(cells, 0.0);
+    for (size_t i = 0; i < cells; ++i) target_[i] = double(matrix[i]);
     decompose();
 }
 
 void ImanConover::build(const float* matrix) {
     const size_t cells = size_t(factorCount_) * size_t(factorCount_);
-    target.assign(cells, 0.0);
-    for (size_t i = 0; i < cells; ++i) target[i] = double(matrix[i]);
+    target_.assign(cells, 0.0);
+    for (size_t i = 0; i < cells; ++i) target_[i] = double(matrix[i]);
 
     // Scores: the truncation of the default Normal squeezes them into its
     // span, and equal scores can arise only from it.
@@ -67,7 +67,7 @@ void ImanConover::build(const float* matrix) {
     }
     shuffle();
     decompose();
-    if (failed) return;
+    if (failed_) return;
     correlateAndRank();
     scores_.clear();
     scores_.shrink_to_fit();
@@ -83,7 +83,7 @@ void ImanConover::shuffle() {
     for (int32_t c = 0; c < factorCount_; ++c) {
         for (int32_t r = 0; r < rowCount_; ++r) column[size_t(r)] = r;
         for (int64_t s = 0; s < swaps; ++s) randomExchange(column.data(), rowCount_, &seed_);
-        if (!table_->write(c * columnBytes, column.data(), columnBytes)) failed = 1;
+        if (!table_->write(c * columnBytes, column.data(), columnBytes)) failed_ = 1;
     }
 }
 
@@ -91,30 +91,30 @@ void ImanConover::decompose() {
     const int32_t n = factorCount_;
     std::vector<double> a(size_t(n) * size_t(n), 0.0);
     auto at = [&](int32_t i, int32_t j) -> double& { return a[size_t(i) * size_t(n) + size_t(j)]; };
-    for (int32_t j = 0; j < n && !failed; ++j) {
-        double d = target[size_t(j) * size_t(n) + size_t(j)];
+    for (int32_t j = 0; j < n && !failed_; ++j) {
+        double d = target_[size_t(j) * size_t(n) + size_t(j)];
         for (int32_t k = 0; k < j; ++k) d -= at(j, k) * at(j, k);
         // A d of exactly 0 (a correlation of 1) passes; the divisions below
         // then give what they give, as they always have.
         if (!(d >= 0.0)) {
-            failed = 1;
+            failed_ = 1;
             break;
         }
         at(j, j) = std::sqrt(d);
         for (int32_t i = j + 1; i < n; ++i) {
-            double s = target[size_t(i) * size_t(n) + size_t(j)];
+            double s = target_[size_t(i) * size_t(n) + size_t(j)];
             for (int32_t k = 0; k < j; ++k) s -= at(j, k) * at(i, k);
             at(i, j) = s / at(j, j);
         }
     }
-    if (failed) {
+    if (failed_) {
         // Zeroed where the decomposition stopped, not transposed.
-        cholesky = a;
+        cholesky_ = a;
         return;
     }
-    cholesky.assign(a.size(), 0.0);
+    cholesky_.assign(a.size(), 0.0);
     for (int32_t i = 0; i < n; ++i)
-        for (int32_t j = 0; j < n; ++j) cholesky[size_t(j) * size_t(n) + size_t(i)] = at(i, j);
+        for (int32_t j = 0; j < n; ++j) cholesky_[size_t(j) * size_t(n) + size_t(i)] = at(i, j);
 }
 
 void ImanConover::correlateAndRank() {
@@ -126,12 +126,12 @@ void ImanConover::correlateAndRank() {
     constexpr int64_t kBlockRows = 16384;
     std::vector<int32_t> shuffled(size_t(n) * size_t(kBlockRows));
     std::vector<double> sums(size_t(n) * size_t(kBlockRows));
-    for (int64_t first = 0; first < rows && !failed; first += kBlockRows) {
+    for (int64_t first = 0; first < rows && !failed_; first += kBlockRows) {
         const int64_t length = std::min(kBlockRows, rows - first);
         for (int32_t k = 0; k < n; ++k)
             if (!table_->read((k * rows + first) * int64_t(sizeof(int32_t)), shuffled.data() + size_t(k) * kBlockRows,
                               length * int64_t(sizeof(int32_t))))
-                failed = 1;
+                failed_ = 1;
         parallelFor(length, 2048, [&](int64_t begin, int64_t end) {
             std::vector<double> x(static_cast<size_t>(n));
             for (int64_t r = begin; r < end; ++r) {
@@ -139,7 +139,7 @@ void ImanConover::correlateAndRank() {
                 for (int32_t j = 0; j < n; ++j) {
                     // The weights beyond j are exactly 0 and add nothing.
                     double v = 0.0;
-                    for (int32_t k = 0; k <= j; ++k) v += cholesky[size_t(k) * size_t(n) + size_t(j)] * x[size_t(k)];
+                    for (int32_t k = 0; k <= j; ++k) v += cholesky_[size_t(k) * size_t(n) + size_t(j)] * x[size_t(k)];
                     sums[size_t(j) * kBlockRows + r] = v;
                 }
             }
@@ -147,24 +147,24 @@ void ImanConover::correlateAndRank() {
         for (int32_t j = 0; j < n; ++j)
             if (!correlated.write((j * rows + first) * int64_t(sizeof(double)), sums.data() + size_t(j) * kBlockRows,
                                   length * int64_t(sizeof(double))))
-                failed = 1;
+                failed_ = 1;
     }
     shuffled = {};
     sums = {};
     // Rank each column; the ranks replace its shuffle.
     std::vector<double> values(static_cast<size_t>(rows));
     std::vector<int32_t> ranks(static_cast<size_t>(rows));
-    for (int32_t j = 0; j < n && !failed; ++j) {
+    for (int32_t j = 0; j < n && !failed_; ++j) {
         if (!correlated.read(j * rows * int64_t(sizeof(double)), values.data(), rows * int64_t(sizeof(double))))
-            failed = 1;
+            failed_ = 1;
         rankPositions(values.data(), rowCount_, ranks.data());
         if (!table_->write(j * rows * int64_t(sizeof(int32_t)), ranks.data(), rows * int64_t(sizeof(int32_t))))
-            failed = 1;
+            failed_ = 1;
     }
 }
 
 int32_t ImanConover::rankOf(int32_t column, int32_t row) const {
-    if (failed || !table_ || column < 0 || column >= factorCount_ || row < 0 || row >= rowCount_) return 0;
+    if (failed_ || !table_ || column < 0 || column >= factorCount_ || row < 0 || row >= rowCount_) return 0;
     if (cachedColumn_ != column) {
         cached_.resize(size_t(rowCount_));
         const int64_t bytes = int64_t(rowCount_) * int64_t(sizeof(int32_t));

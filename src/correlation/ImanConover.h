@@ -43,7 +43,7 @@ public:
 
     // 1 unless the target was found not positive semidefinite (or, rarely,
     // the working file of the table could not be written or read).
-    int isValid() const { return failed ? 0 : 1; }
+    int isValid() const { return failed_ ? 0 : 1; }
     // Rank from 0 to N-1 of `row` in `column`; 0 when the table failed or the
     // place is outside it. Callers that must not collapse a column test
     // isValid first.
@@ -55,9 +55,8 @@ public:
 
     // n by n, row after row: the target, and the Cholesky factor after its
     // transposition (upper triangular), zero where the decomposition stopped.
-    std::vector<double> target;
-    std::vector<double> cholesky;
-    int failed = 0;
+    const std::vector<double>& target() const { return target_; }
+    const std::vector<double>& cholesky() const { return cholesky_; }
 
 private:
     void build(const float* matrix);
@@ -66,6 +65,9 @@ private:
     void decompose();
     void correlateAndRank();
 
+    std::vector<double> target_;
+    std::vector<double> cholesky_;
+    int failed_ = 0;
     int32_t factorCount_ = 0;
     int32_t rowCount_ = 0;
     int32_t seed_ = -defaultSeed;

@@ -23,6 +23,7 @@ constexpr const char* kNoFactorsText = "Error loading stein file. No factors to 
 constexpr const char* kCountText =
     "Error loading stein file. The number of imported factors is different from the loaded configuration.";
 constexpr const char* kCorruptText = "Error loading stein file. Current data may be inconsistent or corrupt.";
+constexpr const char* kNameText = "Error loading stein file. ";
 
 // Names are read by a line read into 256 bytes.
 constexpr std::size_t kSteinNameLineBytes = 256;
@@ -32,15 +33,6 @@ bool acceptableSteinName(const std::string& name) {
     if (name.empty()) return false;
     const unsigned char first = static_cast<unsigned char>(name[0]);
     return !(first >= '0' && first <= '9') && !isForbiddenNameCharacter(first);
-}
-
-// Weights outside (0, 1] are not taken; the interval keeps its own and says so.
-void setWeight(Interval& iv, double weight) {
-    if (weight > 0.0 && weight <= 1.0) {
-        iv.weight = weight;
-    } else {
-        iv.errorText = "Weight value error";
-    }
 }
 
 // The empirical distribution of one column: an interval between each pair of
@@ -59,17 +51,13 @@ int buildEmpirical(Uniform& factor, std::vector<double> values) {
             ++c;
             if (k + 1 == values.size()) {
                 if (!last) return 0;
-                const double grown = last->weight + static_cast<double>(c - 1) / steps;
-                if (grown > 0.0 && grown <= 1.0) {
-                    last->weight = grown;
-                } else {
-                    last->errorText = "Weight value error";
-                }
+                // A refused weight stays as it was; the interval says why.
+                (void)last->setWeight(last->weight + static_cast<double>(c - 1) / steps);
             }
             continue;
         }
         auto iv = std::make_unique<Interval>(values[k - 1], values[k], 1.0);
-        setWeight(*iv, static_cast<double>(c) / steps);
+        (void)iv->setWeight(static_cast<double>(c) / steps);
         Interval* raw = iv.get();
         if (factor.addInterval(std::move(iv))) last = raw;
         ++made;
@@ -84,15 +72,15 @@ int FactorList::importStein(const std::string& fileName, int mode) {
     std::ifstream in(fileName);
     int32_t rows = 0, columns = 0;
     if (!in || !(in >> rows) || rows < 1) {
-        errorText = kNoFactorsText;
+        errorText_ = kNoFactorsText;
         return 0;
     }
     if (!(in >> columns) || columns < 0) {
-        errorText = kNoFactorsText;
+        errorText_ = kNoFactorsText;
         return 0;
     }
     if (mode != 0 && factorCount() > 0 && columns != factorCount()) {
-        errorText = kCountText;
+        errorText_ = kCountText;
         return 0;
     }
     skipLine(in);
@@ -102,12 +90,18 @@ int FactorList::importStein(const std::string& fileName, int mode) {
         std::string name;
         if (!readLineInBuffer(in, name, kSteinNameLineBytes) || !acceptableSteinName(name)) {
             if (mode == 1) computeFactorOrder();
-            errorText = kCorruptText;
+            errorText_ = kCorruptText;
             return 0;
         }
         if (mode == 1) {
             auto factor = std::make_unique<Uniform>();
-            factor->name = name;
+            // A name the factor cannot take would be saved into a factor
+            // file that no longer loads.
+            if (!factor->setName(name)) {
+                computeFactorOrder();
+                errorText_ = std::string(kNameText) + factor->errorText();
+                return 0;
+            }
             // The sampling order is made once below: made after every column,
             // a wide file cost time in the square of its columns.
             appendFactor(std::move(factor));
@@ -122,7 +116,7 @@ int FactorList::importStein(const std::string& fileName, int mode) {
     for (int64_t k = 0; k < total; ++k) {
         double v = 0.0;
         if (!(in >> v)) {
-            errorText = kCorruptText;
+            errorText_ = kCorruptText;
             return 0;
         }
         values.push_back(v);
@@ -141,7 +135,7 @@ int FactorList::importStein(const std::string& fileName, int mode) {
             std::snprintf(text, sizeof text,
                           "Error loading stein file. Column %d holds a single value: no distribution can be made of it.",
                           c + 1);
-            errorText = text;
+            errorText_ = text;
             return 0;
         }
     }

@@ -12,8 +12,8 @@ SteinRanks::SteinRanks(const RowReader& readRow, int32_t availableRows, int32_t 
     : columns_(columns > 0 ? columns : 0), rows_(sampleCount > 0 ? sampleCount : 0) {
     (void)replicates;  // the blocks follow from the row count and their length
     if (rows_ > availableRows) {
-        failed = 1;
-        errorText = "The Stein correlation sample is smaller than the sample to generate.\nNo correlation can be calculated.";
+        failed_ = 1;
+        errorText_ = "The Stein correlation sample is smaller than the sample to generate.\nNo correlation can be calculated.";
         rows_ = 0;
         return;
     }
@@ -26,8 +26,8 @@ SteinRanks::SteinRanks(const RowReader& readRow, int32_t availableRows, int32_t 
         const int32_t length = std::min(replicateLength, rows_ - first);
         for (int32_t r = 0; r < length; ++r) {
             if (!readRow(first + r, row.data())) {
-                failed = 1;
-                errorText = "The Stein correlation sample cannot be read.\nNo correlation can be calculated.";
+                failed_ = 1;
+                errorText_ = "The Stein correlation sample cannot be read.\nNo correlation can be calculated.";
                 ranks_.clear();
                 rows_ = 0;
                 return;
@@ -45,7 +45,7 @@ SteinRanks::SteinRanks(const RowReader& readRow, int32_t availableRows, int32_t 
 }
 
 int32_t SteinRanks::rankOf(int32_t column, int32_t row) const {
-    if (failed || column < 0 || column >= columns_ || row < 0 || row >= rows_) return 0;
+    if (failed_ || column < 0 || column >= columns_ || row < 0 || row >= rows_) return 0;
     return ranks_[size_t(column) * size_t(rows_) + size_t(row)];
 }
 

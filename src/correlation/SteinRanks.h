@@ -23,17 +23,19 @@ public:
     SteinRanks(const RowReader& readRow, int32_t availableRows, int32_t columns, int32_t sampleCount,
                int32_t replicateLength, int32_t replicates);
 
-    int isValid() const { return failed ? 0 : 1; }
+    int isValid() const { return failed_ ? 0 : 1; }
+    // Why the table failed; "No errors" otherwise.
+    const std::string& errorText() const { return errorText_; }
     // Place of `row` within its block, from 0 to the block's length - 1;
     // 0 when the table failed or the place is outside it.
     int32_t rankOf(int32_t column, int32_t row) const;
 
     int32_t columnCount() const { return columns_; }
     int32_t rowCount() const { return rows_; }
-    int failed = 0;
-    std::string errorText = "No errors";
 
 private:
+    int failed_ = 0;
+    std::string errorText_ = "No errors";
     int32_t columns_ = 0;
     int32_t rows_ = 0;
     std::vector<int32_t> ranks_;  // column after column

@@ -11,6 +11,9 @@
 
 namespace tarvex {
 
+inline constexpr const char* kSteinEmptyText =
+    "The Stein correlation sample is empty.\nNo correlation can be calculated.";
+
 class SteinSample {
 public:
     int32_t rowCount() const { return rows_; }
@@ -36,7 +39,7 @@ public:
     // Reads that block. Negative counts or missing numbers set the stream's
     // fail state and leave the sample as it was. With the flag at 0 the
     // sample is empty, keeping the column count; so it is without columns.
-    int read(std::istream& in);
+    [[nodiscard]] int read(std::istream& in);
 
 private:
     int32_t rows_ = 0;

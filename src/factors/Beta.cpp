@@ -9,14 +9,14 @@
 namespace tarvex {
 
 Beta::Beta() {
-    typeName = "Beta";
-    name = "nonameBeta";
+    setTypeName("Beta");
+    setDefaultName("nonameBeta");
     updateDerived();
 }
 
 Beta::Beta(const Beta& other)
     : Distribution(other), alfa(other.alfa), beta(other.beta), lower(other.lower), upper(other.upper) {
-    typeName = "Beta";
+    setTypeName("Beta");
     updateDerived();
 }
 
@@ -68,7 +68,7 @@ int Beta::checkParameters(double a, double b, double lo, double up, std::string&
 }
 
 int Beta::setParameters(double a, double b, double lo, double up) {
-    if (!checkParameters(a, b, lo, up, errorText)) return 0;
+    if (!checkParameters(a, b, lo, up, errorText_)) return 0;
     alfa = a;
     beta = b;
     lower = lo;

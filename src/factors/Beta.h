@@ -31,14 +31,14 @@ public:
     // The rule the definition panel and the file reader enforce, with its
     // texts: alfa > 0, beta > 0, upper > lower. Returns 0 with the text in
     // `text` for the first rule broken.
-    static int checkParameters(double alfa, double beta, double lower, double upper, std::string& text);
+    [[nodiscard]] static int checkParameters(double alfa, double beta, double lower, double upper, std::string& text);
     // Checks, then stores all four and the derived range and B(alfa, beta);
     // on failure errorText is set and nothing changes.
-    int setParameters(double alfa, double beta, double lower, double upper);
+    [[nodiscard]] int setParameters(double alfa, double beta, double lower, double upper);
 
 protected:
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
 
 private:
     void updateDerived();

@@ -221,7 +221,8 @@ int CompiledExpression::evaluate(const double* values, double& result) {
         double v = 0.0;
         if (std::isfinite(values[k])) {
             std::size_t pos = negative ? 1 : 0;
-            scanReal(std::string_view(text, static_cast<std::size_t>(length)), pos, v);
+            // The "%g" text of a finite value is always a real.
+            (void)scanReal(std::string_view(text, static_cast<std::size_t>(length)), pos, v);
         } else {
             // "inf" and "nan" are names to the calculator.
             double* s = slots.ref(std::isnan(values[k]) ? nanSlot_ : infSlot_);

@@ -48,7 +48,7 @@ public:
     // One row: values[i] belongs to names[i] of compile. Returns 0 on success,
     // non-zero on failure (then failure() says why and where); `result` is set
     // in both cases, as the text form would leave it.
-    int evaluate(const double* values, double& result);
+    [[nodiscard]] int evaluate(const double* values, double& result);
 
     const ExprFailure& failure() const { return failure_; }
     // False when a binding name is not a plain name (letters, digits and "_",

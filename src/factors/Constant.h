@@ -7,10 +7,10 @@ namespace tarvex {
 class Constant : public Factor {
 public:
     Constant() {
-        typeName = "Constant";
-        name = "nonameConst";
+        setTypeName("Constant");
+        setDefaultName("nonameConst");
     }
-    Constant(const Constant& other) : Factor(other), value(other.value) { typeName = "Constant"; }
+    Constant(const Constant& other) : Factor(other), value(other.value) { setTypeName("Constant"); }
 
     int getType() const override { return kConstant; }
     std::unique_ptr<Factor> clone() const override { return std::make_unique<Constant>(*this); }
@@ -19,7 +19,7 @@ public:
 
 protected:
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
 };
 
 } // namespace tarvex

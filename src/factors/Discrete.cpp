@@ -7,23 +7,19 @@
 namespace tarvex {
 
 Discrete::Discrete() {
-    typeName = "Discrete";
-    name = "nonameDisc";
+    setTypeName("Discrete");
+    setDefaultName("nonameDisc");
     intervals.append(std::make_unique<Interval>(0.0, 1.0, 0.5));
     intervals.append(std::make_unique<Interval>(1.0, 2.0, 0.5));
 }
 
 Discrete::Discrete(const Discrete& other) : Distribution(other) {
-    typeName = "Discrete";
+    setTypeName("Discrete");
     for (const auto& src : other.intervals.items) {
         auto point = std::make_unique<Interval>();
         point->left = src->left;
         point->right = src->right;
-        if (src->weight > 0.0 && src->weight <= 1.0) {
-            point->weight = src->weight;
-        } else {
-            point->errorText = "Weight value error";
-        }
+        (void)point->setWeight(src->weight);  // a refused weight stays 1, the point says why
         intervals.append(std::move(point));
     }
 }
@@ -72,12 +68,12 @@ double Discrete::discreteInverse(double u) const {
 
 int Discrete::addPoint(std::unique_ptr<Interval> point) {
     if (intervals.items.size() > IntervalSequence::kMaxEntries) {
-        errorText = "Too much intervals stored";
+        errorText_ = "Too much intervals stored";
         return 0;
     }
     for (const auto& p : intervals.items) {
         if (p->left == point->left) {
-            errorText = "The new point already exists";
+            errorText_ = "The new point already exists";
             return 0;
         }
     }

@@ -32,12 +32,12 @@ public:
     void clear() { intervals.clear(); }
     // Appends a point; refused past the size limit or when a point with the
     // same value exists.
-    int addPoint(std::unique_ptr<Interval> point);
-    int checkWeights() { return intervals.checkWeights(errorText); }
+    [[nodiscard]] int addPoint(std::unique_ptr<Interval> point);
+    [[nodiscard]] int checkWeights() { return intervals.checkWeights(errorText_); }
 
 protected:
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
 
 private:
     IntervalSequence intervals;

@@ -46,7 +46,7 @@ int Distribution::prepareInverse() {
         if (count++ > kMaxCount) return 0;
     }
     x += step;
-    table.push_back({x, p});
+    table_.push_back({x, p});
 
     // 3. Percentiles: march up with a step that doubles where the cumulative
     // is flat, then bisect the last bracket down to 1e-11 in probability.
@@ -78,7 +78,7 @@ int Distribution::prepareInverse() {
             }
             if (count++ > kMaxCount) return 0;
         }
-        table.push_back({x, p});
+        table_.push_back({x, p});
         target += 0.01;
     }
 
@@ -96,16 +96,16 @@ int Distribution::prepareInverse() {
         x += step;
         if (count++ > kMaxCount) return 0;
     }
-    table.push_back({x - step, p});
+    table_.push_back({x - step, p});
     return 1;
 }
 
 double Distribution::inverse(double u) const {
-    return InverseSearch::one(table, inverseRule(), [this](double x) { return cumulative(x); }, u);
+    return InverseSearch::one(table_, inverseRule(), [this](double x) { return cumulative(x); }, u);
 }
 
 void Distribution::inverseMany(double* values, int64_t count) const {
-    InverseSearch::many(table, inverseRule(), [this](double x) { return cumulative(x); }, values, count);
+    InverseSearch::many(table_, inverseRule(), [this](double x) { return cumulative(x); }, values, count);
 }
 
 } // namespace tarvex

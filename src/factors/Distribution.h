@@ -23,7 +23,7 @@ public:
 
     // Appends the 101 table points (the table is not emptied first: pair each
     // call with clearTable). Returns 0 when a search fails to converge.
-    virtual int prepareInverse();
+    [[nodiscard]] virtual int prepareInverse();
     virtual double mean() const = 0;
     virtual double stdDev() const = 0;
     // P(X <= x); -1.0 when the underlying numeric routine refuses its arguments.
@@ -37,11 +37,13 @@ public:
     // Density at x (for a discrete factor, the mass of the point).
     virtual double density(double x) const = 0;
 
-    void clearTable() { table.clear(); }
-
-    std::vector<TablePoint> table;
+    void clearTable() { table_.clear(); }
+    // Empty, or the 101 points inverse searches in.
+    const std::vector<TablePoint>& table() const { return table_; }
 
 protected:
+    std::vector<TablePoint> table_;
+
     // How inverse maps u, picks its table cell and ends its search.
     virtual InverseRule inverseRule() const { return InverseRule{}; }
 };

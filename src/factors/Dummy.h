@@ -1,4 +1,6 @@
 #pragma once
+#include <string>
+
 #include "factors/Distribution.h"
 
 namespace tarvex {
@@ -8,15 +10,19 @@ namespace tarvex {
 class Dummy : public Distribution {
 public:
     Dummy() {
-        typeName = "Dummy";
-        name = "nonameDummy";
+        setTypeName("Dummy");
+        setDefaultName("nonameDummy");
     }
-    Dummy(const Dummy& other) : Distribution(other) { typeName = "Dummy"; }
+    // A column of an imported sample keeps the label its file gives it. A
+    // list that holds Dummy factors is never read back from a factor file,
+    // so the label need not be a name that file could hold.
+    explicit Dummy(const std::string& label) : Dummy() { setDefaultName(label); }
+    Dummy(const Dummy& other) : Distribution(other) { setTypeName("Dummy"); }
 
     int getType() const override { return kDummy; }
     std::unique_ptr<Factor> clone() const override { return std::make_unique<Dummy>(*this); }
 
-    int prepareInverse() override { return 1; }
+    [[nodiscard]] int prepareInverse() override { return 1; }
     double mean() const override { return 0.0; }
     double stdDev() const override { return 0.0; }
     double cumulative(double) const override { return 0.0; }

@@ -25,7 +25,7 @@ public:
     // Parses and computes the whole text (up to its end or first NUL).
     // Returns 0 on success, non-zero on failure; what was assigned before a
     // failure stays in the table.
-    int evaluate(std::string_view text);
+    [[nodiscard]] int evaluate(std::string_view text);
     // Forgets every symbol.
     void clearSymbols();
 

@@ -7,14 +7,14 @@
 namespace tarvex {
 
 Exponential::Exponential() {
-    typeName = "Exponential";
-    name = "nonameExpo";
+    setTypeName("Exponential");
+    setDefaultName("nonameExpo");
     leftTruncation = 0.0;
 }
 
 Exponential::Exponential(const Exponential& other)
     : TruncatedDistribution(other), lambda(other.lambda), b(other.b) {
-    typeName = "Exponential";
+    setTypeName("Exponential");
 }
 
 double Exponential::cumulative(double x) const {
@@ -29,7 +29,7 @@ double Exponential::density(double x) const {
 
 int Exponential::setLambda(double v) {
     if (!(v > 0.0)) {
-        errorText = "Lambda must be > 0";
+        errorText_ = "Lambda must be > 0";
         return 0;
     }
     lambda = v;
@@ -38,7 +38,7 @@ int Exponential::setLambda(double v) {
 
 int Exponential::setB(double v) {
     if (!(v >= 0.0)) {
-        errorText = "b must be >= 0";
+        errorText_ = "b must be >= 0";
         return 0;
     }
     b = v;
@@ -47,7 +47,7 @@ int Exponential::setB(double v) {
 
 int Exponential::setRightTruncation(double v) {
     if (!(v > 0.0 && v < 1.0)) {
-        errorText = "Truncation must be between 0 and 1";
+        errorText_ = "Truncation must be between 0 and 1";
         return 0;
     }
     rightTruncation = v;

@@ -19,14 +19,14 @@ public:
 
     double getLambda() const { return lambda; }
     double getB() const { return b; }
-    int setLambda(double v);
-    int setB(double v);
+    [[nodiscard]] int setLambda(double v);
+    [[nodiscard]] int setB(double v);
     // Unlike the inherited rule, this one tests the new value: 0 < v < 1.
-    int setRightTruncation(double v) override;
+    [[nodiscard]] int setRightTruncation(double v) override;
 
 protected:
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
 
 private:
     double lambda = 1.0;

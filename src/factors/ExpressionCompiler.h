@@ -20,7 +20,7 @@ inline constexpr int kMaxNesting = 37;            // open parentheses and "?" aw
 // 32-bit exponent applied by pow(10.0, e). Returns 0 and moves pos behind the
 // real; 1 for a lone "." and 2 for an "e" without digits, pos then at the
 // character where a digit was wanted.
-int scanReal(std::string_view text, std::size_t& pos, double& value);
+[[nodiscard]] int scanReal(std::string_view text, std::size_t& pos, double& value);
 
 // Compiles `text` (up to its end or its first NUL) into `program`, which is
 // cleared first. Positions count lines from `firstLine` and columns from 1.

@@ -116,7 +116,7 @@ inline int fail(ExprFailure& out, const char* text, const ExprInstr& at) {
 // nullptr when the table is full. `stack` must hold program.maxStack doubles.
 // Returns 0 on success, 1 with `failure` filled otherwise.
 template <class Symbols>
-int runProgram(const ExprProgram& program, Symbols& symbols, double* stack, ExprFailure& failure) {
+[[nodiscard]] int runProgram(const ExprProgram& program, Symbols& symbols, double* stack, ExprFailure& failure) {
     using detail::truth;
     int sp = 0;
     for (const ExprInstr& in : program.code) {

@@ -5,6 +5,7 @@
 
 #include "factors/FactorName.h"
 #include "common/TextLines.h"
+#include "factors/OneLine.h"
 
 namespace tarvex {
 
@@ -12,6 +13,7 @@ namespace {
 
 // A note is read by a line read into 255 bytes.
 constexpr std::size_t kNoteLineBytes = 255;
+static_assert(Factor::kMaxNoteLength == kNoteLineBytes - 1);
 
 // The first white-space delimited word of a line, as a "%s" scan takes it.
 std::string firstWord(const std::string& line) {
@@ -24,8 +26,26 @@ std::string firstWord(const std::string& line) {
 
 } // namespace
 
+int Factor::setName(const std::string& newName) {
+    if (const char* fault = factorNameFault(newName)) {
+        errorText_ = fault;
+        return 0;
+    }
+    name_ = newName;
+    return 1;
+}
+
+int Factor::setNote(const std::string& text) {
+    if (!fitsOneLine(text, kMaxNoteLength)) {
+        errorText_ = kNoteTooLongText;
+        return 0;
+    }
+    note_ = text;
+    return 1;
+}
+
 void Factor::write(std::ostream& out) const {
-    out << typeName << '\n' << name << '\n' << note << '\n' << status;
+    out << typeName_ << '\n' << name_ << '\n' << note_ << '\n' << status;
     writeData(out);
 }
 
@@ -41,8 +61,8 @@ int Factor::read(std::istream& in) {
     if (!readLineInBuffer(in, text, kNoteLineBytes)) return 0;
     int32_t st = 0;
     if (!(in >> st)) return 0;
-    name = word;
-    note = text;
+    name_ = word;
+    note_ = text;
     status = st;
     return readData(in);
 }

@@ -22,6 +22,15 @@ bool isValidFactorName(const std::string& name) {
     return true;
 }
 
+const char* factorNameFault(const std::string& name) {
+    if (name.size() > kMaxFactorNameLength) return kFactorNameTooLongText;
+    for (char c : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte == 0x7F) return kWrongFactorNameText;
+    }
+    return isValidFactorName(name) ? nullptr : kWrongFactorNameText;
+}
+
 std::string stripBlanks(const std::string& text) {
     const auto begin = text.find_first_not_of(' ');
     if (begin == std::string::npos) return std::string();

@@ -9,15 +9,15 @@
 namespace tarvex {
 
 Gamma::Gamma() {
-    typeName = "Gamma";
-    name = "nonameGamma";
+    setTypeName("Gamma");
+    setDefaultName("nonameGamma");
     leftTruncation = 0.0;
     gammaOfR = std::exp(lnGamma(r));
 }
 
 Gamma::Gamma(const Gamma& other)
     : TruncatedDistribution(other), r(other.r), lambda(other.lambda), b(other.b), gammaOfR(other.gammaOfR) {
-    typeName = "Gamma";
+    setTypeName("Gamma");
 }
 
 double Gamma::stdDev() const {
@@ -40,7 +40,7 @@ double Gamma::density(double x) const {
 
 int Gamma::setR(double v) {
     if (!(v > 0.0)) {
-        errorText = "r must be > 0";
+        errorText_ = "r must be > 0";
         return 0;
     }
     r = v;
@@ -50,7 +50,7 @@ int Gamma::setR(double v) {
 
 int Gamma::setLambda(double v) {
     if (!(v > 0.0)) {
-        errorText = "Lambda must be >= 0";
+        errorText_ = "Lambda must be >= 0";
         return 0;
     }
     lambda = v;
@@ -59,7 +59,7 @@ int Gamma::setLambda(double v) {
 
 int Gamma::setB(double v) {
     if (!(v >= 0.0)) {
-        errorText = "b must be >= 0";
+        errorText_ = "b must be >= 0";
         return 0;
     }
     b = v;
@@ -68,7 +68,7 @@ int Gamma::setB(double v) {
 
 int Gamma::setRightTruncation(double v) {
     if (!(v > 0.0 && v < 1.0)) {
-        errorText = "Truncation must be between 0 and 1";
+        errorText_ = "Truncation must be between 0 and 1";
         return 0;
     }
     rightTruncation = v;

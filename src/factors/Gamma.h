@@ -21,16 +21,16 @@ public:
     double getLambda() const { return lambda; }
     double getB() const { return b; }
     double getGammaOfR() const { return gammaOfR; }
-    int setR(double v);
+    [[nodiscard]] int setR(double v);
     // Zero is refused although the text says ">= 0".
-    int setLambda(double v);
-    int setB(double v);
+    [[nodiscard]] int setLambda(double v);
+    [[nodiscard]] int setB(double v);
     // Tests the new value: 0 < v < 1.
-    int setRightTruncation(double v) override;
+    [[nodiscard]] int setRightTruncation(double v) override;
 
 protected:
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
 
 private:
     double r = 1.0;

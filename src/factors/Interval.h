@@ -16,12 +16,20 @@ public:
 
     // Stores the bounds when left < right; otherwise sets errorText and
     // leaves them.
-    virtual int setBounds(double l, double r);
+    [[nodiscard]] virtual int setBounds(double l, double r);
+    // Stores the weight when it lies in (0, 1]; otherwise says "Weight value
+    // error" and keeps the one it had.
+    [[nodiscard]] int setWeight(double w);
+
+    const std::string& errorText() const { return errorText_; }
 
     double left = 0.0;
     double right = 1.0;
     double weight = 1.0;
-    std::string errorText;
+
+protected:
+    // LogInterval says here why it refused its bounds.
+    std::string errorText_;
 };
 
 // An interval of a log-uniform factor: both bounds must be positive.
@@ -30,7 +38,7 @@ public:
     LogInterval() : Interval(1.0, std::exp(1.0), 1.0) {}
     LogInterval(double l, double r, double w) : Interval(l, r, w) {}
 
-    int setBounds(double l, double r) override;
+    [[nodiscard]] int setBounds(double l, double r) override;
 };
 
 } // namespace tarvex

@@ -25,14 +25,14 @@ public:
     void clear() { items.clear(); }
     void append(std::unique_ptr<Interval> interval) { items.push_back(std::move(interval)); }
     // Sum of weights within 1e-13 of 1; otherwise 0 with the panels' text.
-    int checkWeights(std::string& text) const;
+    [[nodiscard]] int checkWeights(std::string& text) const;
 
     // The record body shared by the factors that hold intervals: the count on the
     // data line, then one line per entry with left, right and weight.
     void write(std::ostream& out) const;
     // Entries are taken as they stand: no test of weights, order or bounds. A
     // count below 1 sets the stream's failure. `make` gives the entry's class.
-    int read(std::istream& in, const std::function<std::unique_ptr<Interval>()>& make);
+    [[nodiscard]] int read(std::istream& in, const std::function<std::unique_ptr<Interval>()>& make);
 
     std::vector<std::unique_ptr<Interval>> items;
 };

@@ -5,12 +5,12 @@
 namespace tarvex {
 
 LogNormal::LogNormal() {
-    typeName = "LogNormal";
-    name = "nonameLogNorm";
+    setTypeName("LogNormal");
+    setDefaultName("nonameLogNorm");
 }
 
 LogNormal::LogNormal(const LogNormal& other) : Normal(other) {
-    typeName = "LogNormal";
+    setTypeName("LogNormal");
 }
 
 double LogNormal::mean() const {
@@ -27,7 +27,7 @@ double LogNormal::cumulative(double x) const {
 }
 
 void LogNormal::inverseMany(double* values, int64_t count) const {
-    InverseSearch::many(table, inverseRule(), [this](double x) { return logNormalCumulative(x); }, values, count);
+    InverseSearch::many(table_, inverseRule(), [this](double x) { return logNormalCumulative(x); }, values, count);
 }
 
 double LogNormal::density(double x) const {

@@ -5,13 +5,13 @@
 namespace tarvex {
 
 LogUniform::LogUniform() : Uniform(NoDefault{}) {
-    typeName = "LogUniform";
-    name = "nonameLogUnif";
+    setTypeName("LogUniform");
+    setDefaultName("nonameLogUnif");
     intervals.append(std::make_unique<LogInterval>());
 }
 
 LogUniform::LogUniform(const LogUniform& other) : Uniform(other, NoDefault{}) {
-    typeName = "LogUniform";
+    setTypeName("LogUniform");
     copyIntervals(other, true);
 }
 

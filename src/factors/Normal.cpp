@@ -7,13 +7,13 @@
 namespace tarvex {
 
 Normal::Normal() {
-    typeName = "Normal";
-    name = "nonameNorm";
+    setTypeName("Normal");
+    setDefaultName("nonameNorm");
 }
 
 Normal::Normal(const Normal& other)
     : TruncatedDistribution(other), meanValue(other.meanValue), stdDeviation(other.stdDeviation) {
-    typeName = "Normal";
+    setTypeName("Normal");
 }
 
 double Normal::cumulative(double x) const {
@@ -21,7 +21,7 @@ double Normal::cumulative(double x) const {
 }
 
 void Normal::inverseMany(double* values, int64_t count) const {
-    InverseSearch::many(table, inverseRule(), [this](double x) { return normalCumulative(x); }, values, count);
+    InverseSearch::many(table_, inverseRule(), [this](double x) { return normalCumulative(x); }, values, count);
 }
 
 double Normal::density(double x) const {
@@ -36,7 +36,7 @@ int Normal::setMean(double v) {
 
 int Normal::setStdDeviation(double v) {
     if (!(v >= 0.0)) {
-        errorText = "Standard deviation must be >= 0";
+        errorText_ = "Standard deviation must be >= 0";
         return 0;
     }
     stdDeviation = v;
@@ -45,15 +45,15 @@ int Normal::setStdDeviation(double v) {
 
 int Normal::setTruncations(double left, double right) {
     if (!(left <= right)) {
-        errorText = "Left Truncation must be less than right truncation";
+        errorText_ = "Left Truncation must be less than right truncation";
         return 0;
     }
     if (!(right < 1.0)) {
-        errorText = "Right Truncation must be less than 1";
+        errorText_ = "Right Truncation must be less than 1";
         return 0;
     }
     if (!(left > 0.0)) {
-        errorText = "Left Truncation must be greater than 0";
+        errorText_ = "Left Truncation must be greater than 0";
         return 0;
     }
     leftTruncation = left;

@@ -21,10 +21,10 @@ public:
 
     double getMean() const { return meanValue; }
     double getStdDeviation() const { return stdDeviation; }
-    int setMean(double v);
-    int setStdDeviation(double v);
+    [[nodiscard]] int setMean(double v);
+    [[nodiscard]] int setStdDeviation(double v);
     // Tests its arguments, in order: left <= right, right < 1, left > 0.
-    int setTruncations(double left, double right);
+    [[nodiscard]] int setTruncations(double left, double right);
 
 protected:
     // The cumulative, inline so that the searches of inverseMany can have it
@@ -37,7 +37,7 @@ protected:
     }
 
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
     double meanValue = 0.0;
     double stdDeviation = 1.0;
 };

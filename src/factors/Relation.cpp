@@ -7,30 +7,35 @@
 #include "common/TextLines.h"
 
 #include "factors/Evaluator.h"
+#include "factors/OneLine.h"
 
 namespace tarvex {
 
 Relation::Relation() {
-    typeName = "Relation";
-    name = "nonameRelat";
+    setTypeName("Relation");
+    setDefaultName("nonameRelat");
 }
 
 Relation::Relation(const Relation& other)
-    : Factor(other), expression(other.expression), factorNames(other.factorNames) {
-    typeName = "Relation";
+    : Factor(other), expression_(other.expression_), factorNames_(other.factorNames_) {
+    setTypeName("Relation");
 }
 
 // A dry run with every symbol at 0.0: the names the run meets are the names
 // the expression uses. A division by a name therefore fails here, and the
 // factor keeps its former expression.
 int Relation::setExpression(const std::string& text) {
+    if (!fitsOneLine(text, kMaxExpressionLength)) {
+        errorText_ = kRelationTooLongText;
+        return 0;
+    }
     const std::string copy = text;
     Evaluator& ev = Evaluator::instance();
     ev.clearSymbols();
     if (ev.evaluate(copy) != 0) return 0;
-    expression = copy;
-    factorNames.clear();
-    for (const SymbolRecord& s : ev.symbolTable()) factorNames.push_back(s.name);
+    expression_ = copy;
+    factorNames_.clear();
+    for (const SymbolRecord& s : ev.symbolTable()) factorNames_.push_back(s.name);
     return 1;
 }
 
@@ -39,7 +44,7 @@ void Relation::bindUsedFactors(int count, const std::vector<std::string>& names,
     bound.clear();
     columns.clear();
     const auto end = names.begin() + std::clamp<std::ptrdiff_t>(count, 0, static_cast<std::ptrdiff_t>(names.size()));
-    for (const std::string& used : factorNames) {
+    for (const std::string& used : factorNames_) {
         const auto it = std::find(names.begin(), end, used);
         if (it == end) continue;
         bound.push_back(used);
@@ -57,7 +62,8 @@ double Relation::evaluate(int count, const std::vector<std::string>& names, cons
 
     Evaluator& ev = Evaluator::instance();
     ev.clearSymbols();
-    ev.evaluate(bindingProgram(bound, row.data(), expression));
+    // A failed evaluation still gives what the result name holds.
+    (void)ev.evaluate(bindingProgram(bound, row.data(), expression_));
     return readBindingResult();
 }
 
@@ -68,49 +74,53 @@ void Relation::prepareRows(int count, const std::vector<std::string>& names) {
 }
 
 double Relation::evaluateRow(const double* values) {
-    if (!rowsPrepared_ || compiledExpression_ != expression || compiledFactors_ != factorNames) {
+    if (!rowsPrepared_ || compiledExpression_ != expression_ || compiledFactors_ != factorNames_) {
         std::vector<std::string> bound;
         bindUsedFactors(static_cast<int>(rowNames_.size()), rowNames_, bound, columns_);
-        compiled_.compile(bound, expression);
-        compiledExpression_ = expression;
-        compiledFactors_ = factorNames;
+        compiled_.compile(bound, expression_);
+        compiledExpression_ = expression_;
+        compiledFactors_ = factorNames_;
         gathered_.assign(columns_.size(), 0.0);
         rowsPrepared_ = true;
     }
     for (std::size_t i = 0; i < columns_.size(); ++i) gathered_[i] = values[columns_[i]];
     double result = 0.0;
-    compiled_.evaluate(gathered_.data(), result);
+    (void)compiled_.evaluate(gathered_.data(), result);  // a failure is kept in rowFailure()
     return result;
 }
 
 int Relation::usesFactor(const std::string& factorName) const {
-    return std::find(factorNames.begin(), factorNames.end(), factorName) != factorNames.end() ? 1 : 0;
+    return std::find(factorNames_.begin(), factorNames_.end(), factorName) != factorNames_.end() ? 1 : 0;
 }
 
 // Replaces every plain occurrence of oldName in the expression, with no test
 // of word boundaries: renaming "a" also turns "ab" into "<new>b".
 int Relation::renameFactor(const std::string& oldName, const std::string& newName) {
-    auto it = std::find(factorNames.begin(), factorNames.end(), oldName);
-    if (it == factorNames.end()) return 0;
+    auto it = std::find(factorNames_.begin(), factorNames_.end(), oldName);
+    if (it == factorNames_.end()) return 0;
     *it = newName;
+    // A renamed text that its dry run refuses leaves the former one, as any refused text does.
+    (void)setExpression(renamedExpression(oldName, newName));
+    return 1;
+}
 
+std::string Relation::renamedExpression(const std::string& oldName, const std::string& newName) const {
     std::string renamed;
     std::size_t from = 0;
     if (!oldName.empty()) {
-        for (std::size_t at = expression.find(oldName); at != std::string::npos;
-             at = expression.find(oldName, from)) {
-            renamed.append(expression, from, at - from);
+        for (std::size_t at = expression_.find(oldName); at != std::string::npos;
+             at = expression_.find(oldName, from)) {
+            renamed.append(expression_, from, at - from);
             renamed += newName;
             from = at + oldName.size();
         }
     }
-    renamed.append(expression, from, std::string::npos);
-    setExpression(renamed);
-    return 1;
+    renamed.append(expression_, from, std::string::npos);
+    return renamed;
 }
 
 void Relation::writeData(std::ostream& out) const {
-    out << '\n' << expression << "\n\n";
+    out << '\n' << expression_ << "\n\n";
 }
 
 // The expression is read by a line read into 255 bytes and handed to
@@ -120,7 +130,8 @@ int Relation::readData(std::istream& in) {
     skipLine(in);
     std::string text;
     if (!readLineInBuffer(in, text, 255)) return 0;
-    setExpression(text);
+    // A refused text leaves the relation as it was, as on any refusal.
+    (void)setExpression(text);
     return 1;
 }
 

@@ -9,8 +9,14 @@
 
 namespace tarvex {
 
+inline constexpr const char* kRelationTooLongText = "The relation must be one line of at most 254 characters.";
+
 class Relation : public Factor {
 public:
+    // The longest expression a factor file gives back: its reader keeps lines
+    // of this many characters.
+    static constexpr std::size_t kMaxExpressionLength = 254;
+
     Relation();
     Relation(const Relation& other);
 
@@ -18,8 +24,9 @@ public:
     std::unique_ptr<Factor> clone() const override { return std::make_unique<Relation>(*this); }
 
     // Accepts the text when a dry run of it succeeds; returns 0 and keeps the
-    // former expression otherwise.
-    int setExpression(const std::string& text);
+    // former expression otherwise. A text that is not one line of at most
+    // kMaxExpressionLength characters is refused with kRelationTooLongText.
+    [[nodiscard]] int setExpression(const std::string& text);
     // Value for one sample row: names are all factor names of the list, values
     // the row in the same order, count the number of names. Each used factor
     // is bound by "%g" text in front of the expression and the text is
@@ -40,19 +47,26 @@ public:
     int usesFactor(const std::string& factorName) const;
     // Renames a used factor inside the expression; 0 if oldName is not used.
     int renameFactor(const std::string& oldName, const std::string& newName);
+    // The text renameFactor hands to setExpression: every plain occurrence of
+    // oldName replaced by newName.
+    std::string renamedExpression(const std::string& oldName, const std::string& newName) const;
 
-    std::string expression;
+    const std::string& expression() const { return expression_; }
     // Names the expression uses, in the sorted order of the evaluator's symbol
     // table, without repeats.
-    std::vector<std::string> factorNames;
+    const std::vector<std::string>& factorNames() const { return factorNames_; }
 
 protected:
     // Nothing on the data line; the expression follows on a line of its own,
     // then a blank line.
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
 
 private:
+    // Set together by setExpression (renameFactor excepted, see there).
+    std::string expression_;
+    std::vector<std::string> factorNames_;
+
     void bindUsedFactors(int count, const std::vector<std::string>& names, std::vector<std::string>& bound,
                          std::vector<int>& columns) const;
 

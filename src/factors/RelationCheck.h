@@ -11,6 +11,6 @@ namespace tarvex {
 // 1 when the expression evaluates with every factor of `listedFactors` bound
 // ("%s = %s;\n%s", the value printed by "%g", the last factor bound first)
 // and every name the evaluation meets is one of `listedFactors`; else 0.
-int checkRelationExpression(const std::string& expression, const std::vector<std::string>& listedFactors);
+[[nodiscard]] int checkRelationExpression(const std::string& expression, const std::vector<std::string>& listedFactors);
 
 } // namespace tarvex

@@ -37,14 +37,14 @@ std::vector<TabulatedRow> tabulatedRows(const Uniform& factor);
 // Stream forms. The reader fills `rows` only on success; a missing or
 // negative count, or fewer rows than counted, is a failure.
 void writeTabulatedValues(std::ostream& out, TabulatedKind kind, const std::vector<TabulatedRow>& rows);
-int readTabulatedValues(std::istream& in, TabulatedKind kind, std::vector<TabulatedRow>& rows);
+[[nodiscard]] int readTabulatedValues(std::istream& in, TabulatedKind kind, std::vector<TabulatedRow>& rows);
 
 // File forms: 1 on success, otherwise 0 with one of the four texts above in
 // `errorText`. Saving writes a new file beside the old one and puts it in its
 // place only when complete, so a failed save leaves the old file as it was.
-int saveTabulatedValues(const std::string& path, TabulatedKind kind, const std::vector<TabulatedRow>& rows,
+[[nodiscard]] int saveTabulatedValues(const std::string& path, TabulatedKind kind, const std::vector<TabulatedRow>& rows,
                         std::string& errorText);
-int loadTabulatedValues(const std::string& path, TabulatedKind kind, std::vector<TabulatedRow>& rows,
+[[nodiscard]] int loadTabulatedValues(const std::string& path, TabulatedKind kind, std::vector<TabulatedRow>& rows,
                         std::string& errorText);
 
 } // namespace tarvex

@@ -7,13 +7,13 @@
 namespace tarvex {
 
 Triangular::Triangular() {
-    typeName = "Triangular";
-    name = "nonameTriang";
+    setTypeName("Triangular");
+    setDefaultName("nonameTriang");
 }
 
 Triangular::Triangular(const Triangular& other)
     : Distribution(other), alfa(other.alfa), beta(other.beta), gamma(other.gamma) {
-    typeName = "Triangular";
+    setTypeName("Triangular");
     updateDerived();
 }
 
@@ -68,7 +68,7 @@ int Triangular::checkParameters(double left, double mode, double right, std::str
 }
 
 int Triangular::setParameters(double left, double mode, double right) {
-    if (!checkParameters(left, mode, right, errorText)) return 0;
+    if (!checkParameters(left, mode, right, errorText_)) return 0;
     alfa = left;
     beta = mode;
     gamma = right;
@@ -86,7 +86,7 @@ void Triangular::writeData(std::ostream& out) const {
 int Triangular::readData(std::istream& in) {
     double left = 0.0, mode = 0.0, right = 0.0;
     if (!(in >> left >> mode >> right)) return 0;
-    setParameters(left, mode, right);
+    (void)setParameters(left, mode, right);
     return 1;
 }
 

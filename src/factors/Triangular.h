@@ -26,14 +26,14 @@ public:
     double getHeight() const { return height; }
 
     // left < mode < right, with the panels' and the reader's text.
-    static int checkParameters(double left, double mode, double right, std::string& text);
+    [[nodiscard]] static int checkParameters(double left, double mode, double right, std::string& text);
     // Checks, then stores the three points and the derived height and area
     // left of the mode; on failure errorText is set and nothing changes.
-    int setParameters(double left, double mode, double right);
+    [[nodiscard]] int setParameters(double left, double mode, double right);
 
 protected:
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
 
 private:
     void updateDerived();

@@ -32,7 +32,7 @@ int TruncatedDistribution::setLeftTruncation(double v) {
         leftTruncation = v;
         return 1;
     }
-    errorText = "Left truncation cannot be less than 0.001 or greater than right truncation";
+    errorText_ = "Left truncation cannot be less than 0.001 or greater than right truncation";
     return 0;
 }
 
@@ -41,7 +41,7 @@ int TruncatedDistribution::setRightTruncation(double v) {
         rightTruncation = v;
         return 1;
     }
-    errorText = "Right truncation cannot be less than left truncation or greater than 0.999";
+    errorText_ = "Right truncation cannot be less than left truncation or greater than 0.999";
     return 0;
 }
 

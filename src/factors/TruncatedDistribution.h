@@ -16,8 +16,8 @@ public:
     // Both setters test the truncations already stored, not the new value: a
     // left truncation of 0 (the classes with a lower end) can never be changed
     // this way. Kept so, files and panels rely on it.
-    virtual int setLeftTruncation(double v);
-    virtual int setRightTruncation(double v);
+    [[nodiscard]] virtual int setLeftTruncation(double v);
+    [[nodiscard]] virtual int setRightTruncation(double v);
 
     double getLeftTruncation() const { return leftTruncation; }
     double getRightTruncation() const { return rightTruncation; }
@@ -25,9 +25,9 @@ public:
     // Class-wide defaults taken by every new truncated factor. The single
     // setters again test the stored defaults; setDefaultTruncations tests its
     // arguments (0 < left < right < 1).
-    static int setDefaultLeftTruncation(double v);
-    static int setDefaultRightTruncation(double v);
-    static int setDefaultTruncations(double left, double right);
+    [[nodiscard]] static int setDefaultLeftTruncation(double v);
+    [[nodiscard]] static int setDefaultRightTruncation(double v);
+    [[nodiscard]] static int setDefaultTruncations(double left, double right);
     static double defaultLeftTruncation();
     static double defaultRightTruncation();
 

@@ -7,13 +7,13 @@
 namespace tarvex {
 
 Uniform::Uniform() {
-    typeName = "Uniform";
-    name = "nonameUnif";
+    setTypeName("Uniform");
+    setDefaultName("nonameUnif");
     intervals.append(std::make_unique<Interval>());
 }
 
 Uniform::Uniform(const Uniform& other) : Distribution(other) {
-    typeName = "Uniform";
+    setTypeName("Uniform");
     copyIntervals(other, false);
 }
 
@@ -22,11 +22,7 @@ void Uniform::copyIntervals(const Uniform& other, bool logIntervals) {
         std::unique_ptr<Interval> iv = logIntervals ? std::make_unique<LogInterval>() : std::make_unique<Interval>();
         iv->left = src->left;
         iv->right = src->right;
-        if (src->weight > 0.0 && src->weight <= 1.0) {
-            iv->weight = src->weight;
-        } else {
-            iv->errorText = "Weight value error";
-        }
+        (void)iv->setWeight(src->weight);  // a refused weight stays 1, the interval says why
         intervals.append(std::move(iv));
     }
 }
@@ -76,11 +72,11 @@ double Uniform::density(double x) const {
 
 int Uniform::addInterval(std::unique_ptr<Interval> interval) {
     if (intervals.items.size() > IntervalSequence::kMaxEntries) {
-        errorText = "Too much intervals stored";
+        errorText_ = "Too much intervals stored";
         return 0;
     }
     if (!intervals.items.empty() && interval->left < intervals.items.back()->right) {
-        errorText = "Interval to insert overloads previous intervals stored";
+        errorText_ = "Interval to insert overloads previous intervals stored";
         return 0;
     }
     intervals.append(std::move(interval));

@@ -28,12 +28,12 @@ public:
     void clear() { intervals.clear(); }
     // Appends an interval; refused past the size limit or when it starts
     // before the right end of the last one.
-    int addInterval(std::unique_ptr<Interval> interval);
-    int checkWeights() { return intervals.checkWeights(errorText); }
+    [[nodiscard]] int addInterval(std::unique_ptr<Interval> interval);
+    [[nodiscard]] int checkWeights() { return intervals.checkWeights(errorText_); }
 
 protected:
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
     // A new, default interval of the kind this class stores.
     virtual std::unique_ptr<Interval> newInterval() const;
     // For LogUniform: no default interval, the caller fills the sequence.
@@ -74,7 +74,7 @@ protected:
         auto cumulativeOfSpans = [first, n, &share](double x) {
             return cumulativeOver(n, [first](std::size_t k) -> const Span& { return first[k]; }, share, x);
         };
-        InverseSearch::many(table, inverseRule(), cumulativeOfSpans, values, count);
+        InverseSearch::many(table_, inverseRule(), cumulativeOfSpans, values, count);
     }
     // Density inside an interval.
     virtual double intervalDensity(const Interval& iv, double x) const;

@@ -9,14 +9,14 @@
 namespace tarvex {
 
 Weibull::Weibull() {
-    typeName = "Weibull";
-    name = "nonameWeib";
+    setTypeName("Weibull");
+    setDefaultName("nonameWeib");
     leftTruncation = 0.0;
 }
 
 Weibull::Weibull(const Weibull& other)
     : TruncatedDistribution(other), beta(other.beta), n(other.n), b(other.b) {
-    typeName = "Weibull";
+    setTypeName("Weibull");
 }
 
 double Weibull::mean() const {
@@ -40,7 +40,7 @@ double Weibull::density(double x) const {
 
 int Weibull::setBeta(double v) {
     if (!(v > 0.0)) {
-        errorText = "Beta must be > 0";
+        errorText_ = "Beta must be > 0";
         return 0;
     }
     beta = v;
@@ -49,7 +49,7 @@ int Weibull::setBeta(double v) {
 
 int Weibull::setN(double v) {
     if (!(v > 0.0)) {
-        errorText = "n must be > 0";
+        errorText_ = "n must be > 0";
         return 0;
     }
     n = v;
@@ -58,7 +58,7 @@ int Weibull::setN(double v) {
 
 int Weibull::setB(double v) {
     if (!(v >= 0.0)) {
-        errorText = "b must be >= 0";
+        errorText_ = "b must be >= 0";
         return 0;
     }
     b = v;

@@ -22,13 +22,13 @@ public:
     double getBeta() const { return beta; }
     double getN() const { return n; }
     double getB() const { return b; }
-    int setBeta(double v);
-    int setN(double v);
-    int setB(double v);
+    [[nodiscard]] int setBeta(double v);
+    [[nodiscard]] int setN(double v);
+    [[nodiscard]] int setB(double v);
 
 protected:
     void writeData(std::ostream& out) const override;
-    int readData(std::istream& in) override;
+    [[nodiscard]] int readData(std::istream& in) override;
 
 private:
     double beta = 1.0;

@@ -73,7 +73,8 @@ double boundValueByText(double value) {
     const bool negative = text[0] == '-';
     std::size_t pos = negative ? 1 : 0;
     double v = 0.0;
-    scanReal(std::string_view(text, static_cast<std::size_t>(length)), pos, v);
+    // The "%g" text of a finite value is always a real.
+    (void)scanReal(std::string_view(text, static_cast<std::size_t>(length)), pos, v);
     return negative ? -v : v;
 }
 

@@ -4,11 +4,16 @@
 
 #include "factors/CompiledExpression.h"
 #include "factors/Evaluator.h"
+#include "factors/ExpressionCompiler.h"
+#include "factors/OneLine.h"
 #include "factors/TrialRandom.h"
 #include "model/ModelProgram.h"
 #include "model/NameCharacters.h"
 
 namespace tarvex {
+
+static_assert(InternalModel::kMaxNameLength == static_cast<std::size_t>(kCharacterStackSize));
+static_assert(InternalModel::kMaxNameLength <= InternalModel::kMaxLineLength);
 
 namespace {
 
@@ -22,6 +27,19 @@ void replaceFirst(std::string& text, const std::string& from, const std::string&
     if (from.empty()) return;
     const std::size_t pos = text.find(from);
     if (pos != std::string::npos) text.replace(pos, from.size(), to);
+}
+
+// Whether the texts of `users` still fit a line of the model file once the
+// first `from` in each has become `to`.
+bool renamedTextsFit(const std::vector<int32_t>& users, const std::vector<ModelExpression>& expressions,
+                     const std::string& from, const std::string& to) {
+    for (int32_t user : users) {
+        if (user < 0 || static_cast<std::size_t>(user) >= expressions.size()) continue;
+        std::string text = expressions[static_cast<std::size_t>(user)].text;
+        replaceFirst(text, from, to);
+        if (text.size() > InternalModel::kMaxLineLength) return false;
+    }
+    return true;
 }
 
 bool validIndex(int index, std::size_t size) { return index >= 0 && static_cast<std::size_t>(index) < size; }
@@ -67,13 +85,27 @@ int InternalModel::fail(const char* text) {
 
 void InternalModel::changed() { program_.reset(); }
 
-void InternalModel::setName(const std::string& name) { name_ = name.empty() ? "noname" : name; }
+// The file gives the name back as the first word of its line, so a name of
+// blanks only is no name.
+int InternalModel::setName(const std::string& name) {
+    if (!fitsOneLine(name, kMaxLineLength)) return fail(kModelLineText);
+    name_ = name.find_first_not_of(" \t\v\f") == std::string::npos ? "noname" : name;
+    return 1;
+}
 
-void InternalModel::setFileName(const std::string& path) { fileName_ = path.empty() ? "nofile" : path; }
+int InternalModel::setFileName(const std::string& path) {
+    if (!fitsOneLine(path, kMaxLineLength)) return fail(kModelLineText);
+    fileName_ = path.empty() ? "nofile" : path;
+    return 1;
+}
 
 bool InternalModel::validName(const std::string& name) {
     if (name.empty()) return false;
     if (name[0] >= '0' && name[0] <= '9') return false;
+    for (char c : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte == 0x7F) return false;
+    }
     return !containsCharacterOf(name, kForbiddenNameCharacters);
 }
 
@@ -98,6 +130,7 @@ bool InternalModel::variableNameTaken(const std::string& name) const {
 
 int InternalModel::addVariable(const std::string& name) {
     if (!validName(name)) return fail("Incorrect factor name");
+    if (name.size() > kMaxNameLength) return fail(kModelNameLengthText);
     if (variableNameTaken(name)) return fail("Factor already inserted in the list");
     variables_.push_back(ModelVariable{name, {}});
     changed();
@@ -106,9 +139,11 @@ int InternalModel::addVariable(const std::string& name) {
 
 int InternalModel::renameVariable(int index, const std::string& name) {
     if (!validName(name)) return fail("Incorrect factor name");
+    if (name.size() > kMaxNameLength) return fail(kModelNameLengthText);
     if (variableNameTaken(name)) return fail("Factor already inserted in the list");
     if (!validIndex(index, variables_.size())) return fail("Index out of range");
     ModelVariable& v = variables_[static_cast<std::size_t>(index)];
+    if (!renamedTextsFit(v.usedBy, expressions_, v.name, name)) return fail(kModelLineText);
     // Only the first use in each text follows the new name: a text that uses
     // the variable twice keeps the old name in its second place.
     for (int32_t user : v.usedBy)
@@ -161,9 +196,11 @@ int InternalModel::addExpression(int position, const std::string& name, const st
     if (expressions_.size() >= static_cast<std::size_t>(kMaxExpressions))
         return fail("Too much expressions: max number of expression 500");
     if (!validName(name)) return fail("Incorrect expression name");
+    if (name.size() > kMaxNameLength) return fail(kModelNameLengthText);
     if (std::any_of(expressions_.begin(), expressions_.end(), [&](const ModelExpression& e) { return e.name == name; }))
         return fail("Expression name already in the list");
     if (position < 0 || static_cast<std::size_t>(position) > expressions_.size()) return fail("Index out of range");
+    if (!fitsOneLine(text, kMaxLineLength)) return fail(kModelLineText);
     if (!checkExpression(position, text)) return 0;
 
     // The new index recorded in the users' lists is the length before the
@@ -184,13 +221,20 @@ int InternalModel::addExpression(int position, const std::string& name, const st
 
 int InternalModel::modifyExpression(int position, const std::string& name, const std::string& text, int16_t type) {
     if (!validIndex(position, expressions_.size())) return fail("Expression not found");
+    // The file reader adds every expression again, so a name that adding
+    // refuses would make the whole file unreadable.
+    if (!validName(name)) return fail("Incorrect expression name");
+    if (name.size() > kMaxNameLength) return fail(kModelNameLengthText);
     for (std::size_t k = 0; k < expressions_.size(); ++k)
         if (static_cast<int>(k) != position && expressions_[k].name == name)
             return fail("Variable already inserted in the list");
-    if (!checkExpression(position, text)) return 0;
-
+    if (!fitsOneLine(text, kMaxLineLength)) return fail(kModelLineText);
     const auto index = static_cast<std::size_t>(position);
     const std::string oldName = expressions_[index].name;
+    if (oldName != name && !renamedTextsFit(expressions_[index].usedBy, expressions_, oldName, name))
+        return fail(kModelLineText);
+    if (!checkExpression(position, text)) return 0;
+
     if (oldName != name) {
         for (int32_t user : expressions_[index].usedBy)
             if (validIndex(user, expressions_.size())) replaceFirst(expressions_[static_cast<std::size_t>(user)].text, oldName, name);

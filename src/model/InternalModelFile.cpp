@@ -13,6 +13,7 @@ namespace tarvex {
 namespace {
 
 constexpr std::size_t kLineBuffer = 4096;
+static_assert(InternalModel::kMaxLineLength == kLineBuffer - 1);
 
 // Characters the reader refuses in a variable's name, and at its start also
 // the digits. Stricter than the editor's rule: it refuses the underscore.

@@ -86,7 +86,8 @@ void ModelConfiguration::clearResults() {
     nextRun_ = 0;
     progress_ = 0.0f;
     failedRuns_ = 0;
-    truncateDataFile(0);
+    // A file that cannot be emptied cannot be written either: the next writer says so.
+    (void)truncateDataFile(0);
 }
 
 int ModelConfiguration::prepareInternalRun(int32_t runs) {

@@ -66,7 +66,7 @@ public:
     // Readies an internal run over `runs` sample rows: the outputs are the
     // model's expressions of type 1, every run has the single time 0.0, the
     // run starts at row 0. Returns 0 without an internal model.
-    int prepareInternalRun(int32_t runs);
+    [[nodiscard]] int prepareInternalRun(int32_t runs);
 
     // Evaluates rows from nextRun on, appending each row's outputs to the data
     // file, while progress (rows done over runCount, in percent) is under
@@ -78,14 +78,14 @@ public:
     // zeros, so that every run keeps its place. Returns -1 with errorText set
     // when nothing can be done: no model, a sample of the wrong width, or a
     // data file that cannot be written.
-    int advanceInternalRun(sampValues& samples, float target);
+    [[nodiscard]] int advanceInternalRun(sampValues& samples, float target);
     int64_t failedRuns() const { return failedRuns_; }
 
     // Reads the model output file named by outputFile(); see ModelOutputReader.cpp.
     // Warnings and errors on names go to `messages`. Returns 1, or 0 for a
     // missing file or any breach of the format; after a failure the part holds
     // the names and the complete runs read so far.
-    int readModelOutput(MessageSink& messages);
+    [[nodiscard]] int readModelOutput(MessageSink& messages);
 
     // The Model record. write() emits numbers at six significant digits (the
     // stream's default), so values reloaded from a record are rounded to six
@@ -98,11 +98,11 @@ public:
 
     // The values of run `run`: count(run) * outputCount() doubles, time point
     // after time point. Returns 0 when the data file does not hold them.
-    int readRun(int32_t run, std::vector<double>& values) const;
+    [[nodiscard]] int readRun(int32_t run, std::vector<double>& values) const;
 
 private:
     void copyFrom(const ModelConfiguration& other);
-    bool truncateDataFile(int64_t bytes) const;
+    [[nodiscard]] bool truncateDataFile(int64_t bytes) const;
     int64_t runOffset(int32_t run) const;
 
     std::string dataFile_;
@@ -126,6 +126,6 @@ private:
 // readable, unless the model is the spreadsheet application (`spreadsheet`
 // set, or the executable is the literal "Excel Application"); the output file
 // need not exist yet. Returns 1 or 0.
-int checkModelFiles(const std::string& executable, const std::string& outputFile, int mode, int spreadsheet = 0);
+[[nodiscard]] int checkModelFiles(const std::string& executable, const std::string& outputFile, int mode, int spreadsheet = 0);
 
 } // namespace tarvex

@@ -58,9 +58,10 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) try {
     if (!data) return 0;
     int32_t runsWritten = 0;
     auto failed = [&]() {
-        data.close();
+        (void)data.close();  // failing already
         runCount_ = runsWritten;
-        truncateDataFile(runTimes_.pointsBefore(runsWritten) * outputCount() * static_cast<int64_t>(sizeof(double)));
+        // Bytes left behind the complete runs are never read.
+        (void)truncateDataFile(runTimes_.pointsBefore(runsWritten) * outputCount() * static_cast<int64_t>(sizeof(double)));
         timeMode_ = 0;
         return 0;
     };
@@ -68,8 +69,7 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) try {
     std::string line;
     int32_t variables = 0;
     in >> variables;
-    takeLine(in, line, kShortLine);
-    if (!in || variables < 1) return failed();
+    if (!takeLine(in, line, kShortLine) || variables < 1) return failed();
     for (int32_t k = 0; k < variables; ++k) {
         if (!takeLine(in, line, kNameLine)) return failed();
         std::string name = line.substr(0, line.find(' '));
@@ -87,19 +87,16 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) try {
     }
 
     timeMode_ = 0;
-    takeThrough(in, '=', kShortLine);
-    takeLine(in, line, kShortLine);
+    if (!takeThrough(in, '=', kShortLine) || !takeLine(in, line, kShortLine)) return failed();
     {
         std::istringstream words(line);
         std::string word;
         // Exactly "yes": "Yes" is no time axis.
         if (words >> word && word == "yes") timeMode_ = 1;
     }
-    if (!in) return failed();
     long runs = 0;
     in >> runs;
-    takeLine(in, line, kShortLine);
-    if (!in || runs < 1 || runs > INT32_MAX) return failed();
+    if (!takeLine(in, line, kShortLine) || runs < 1 || runs > INT32_MAX) return failed();
     runCount_ = static_cast<int32_t>(runs);
 
     std::vector<double> values(static_cast<std::size_t>(variables));
@@ -107,8 +104,7 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) try {
         const double noTime = 0.0;
         for (int32_t r = 0; r < runCount_; ++r) {
             for (double& v : values) in >> v;
-            takeLine(in, line, kShortLine);
-            if (!in) return failed();
+            if (!takeLine(in, line, kShortLine)) return failed();
             if (!data.write(values.data(), values.size())) return failed();
             runTimes_.append(&noTime, 1);
             ++runsWritten;
@@ -134,8 +130,7 @@ int ModelConfiguration::readModelOutput(MessageSink& messages) try {
                 in >> time;
                 times.push_back(time);
                 for (double& v : values) in >> v;
-                takeLine(in, line, kShortLine);
-                if (!in) return failed();
+                if (!takeLine(in, line, kShortLine)) return failed();
                 runValues.insert(runValues.end(), values.begin(), values.end());
             }
             if (!data.write(runValues.data(), runValues.size())) return failed();

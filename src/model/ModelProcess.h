@@ -27,7 +27,7 @@ public:
     // Starts {executable, sampleFile} with `workingDirectory` as its current
     // directory. Returns 1, or 0 with errorText set to the load-failure message
     // carrying errno and the command line.
-    int start(const std::string& executable, const std::string& sampleFile,
+    [[nodiscard]] int start(const std::string& executable, const std::string& sampleFile,
               const std::string& workingDirectory);
 
     // Looks at the process without blocking.
@@ -39,7 +39,7 @@ public:
     // Waits in slices of the poll interval while the process runs. After each
     // slice `step` is called (animation, event draining); when it returns false
     // the process is stopped. The exit code is in exitCode() after Finished.
-    Outcome runUntilDone(const std::function<bool()>& step);
+    [[nodiscard]] Outcome runUntilDone(const std::function<bool()>& step);
 
     State state() const { return state_; }
     int exitCode() const { return exitCode_; }

@@ -37,7 +37,7 @@ public:
     // Evaluates every expression in order on one row, storing each value in
     // expressions[i].value. Returns 1, or 0 at the first failing expression
     // (the earlier ones keep their new values).
-    int run(const double* values, std::vector<ModelExpression>& expressions);
+    [[nodiscard]] int run(const double* values, std::vector<ModelExpression>& expressions);
 
 private:
     struct Equation {
@@ -60,8 +60,8 @@ private:
     };
 
     // Both return 0 with `result` set, non-zero when the equation fails.
-    int runExact(Equation& eq, double& result);
-    int runCompiled(Equation& eq, double& result);
+    [[nodiscard]] int runExact(Equation& eq, double& result);
+    [[nodiscard]] int runCompiled(Equation& eq, double& result);
 
     std::size_t variableCount_ = 0;
     bool plainNames_ = true;

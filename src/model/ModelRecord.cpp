@@ -157,9 +157,9 @@ void ModelConfiguration::read(std::istream& in) try {
     skipLine(in);
     std::string directory;
     if (!readLineInBuffer(in, directory, kDirectoryBuffer)) return;
-    Environment::instance().directories().setModelDirectory(directory);
+    (void)Environment::instance().directories().setModelDirectory(directory);
     if (!readLineInBuffer(in, directory, kDirectoryBuffer)) return;
-    Environment::instance().directories().setModelOutputDirectory(directory);
+    (void)Environment::instance().directories().setModelOutputDirectory(directory);
 } catch (const std::bad_alloc&) {
     clearResults();
     in.setstate(std::ios::failbit);

@@ -21,7 +21,7 @@ class RegisterCode {
 public:
     // Translates `program`. Returns false (and translates nothing) when the
     // program holds a parse failure or never assigns the symbol `resultName`.
-    bool translate(const ExprProgram& program, int resultName);
+    [[nodiscard]] bool translate(const ExprProgram& program, int resultName);
 
     // Registers the caller fills before each run: inputRegisters()[k] takes
     // the starting value of symbol inputNames()[k] (a name of `program`).
@@ -32,7 +32,7 @@ public:
     void prepare(double* registers) const;
 
     // Runs the code; returns 0 with `result` set, or 1 when a division by zero stops it.
-    int run(double* registers, double& result) const;
+    [[nodiscard]] int run(double* registers, double& result) const;
 
 private:
     struct Instr {

@@ -57,7 +57,7 @@ void PLogFile::fileOpen() {
     request.parent = window();
     FileChoice choice;
     if (!Dialogs::current().chooseFile(request, choice)) return;
-    dirs.setModelDirectory(choice.directory);
+    (void)dirs.setModelDirectory(choice.directory);  // a directory that is gone is not remembered
     load(choice.path);
 }
 

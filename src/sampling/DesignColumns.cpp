@@ -3,6 +3,7 @@
 #include "correlation/FactorList.h"
 #include "correlation/ImanConover.h"
 #include "correlation/SteinRanks.h"
+#include "sampling/SamplerFactors.h"
 #include "sampling/sampValues.h"
 
 namespace tarvex {
@@ -28,13 +29,17 @@ std::string RankTable::build(const FactorList& factors, int32_t rows, int32_t bl
     built_ = true;
     if (factors.correlationMode == kSteinCorrelation) {
         const SteinSample& stein = factors.steinInfo;
+        if (stein.empty()) return kSteinEmptyText;
         auto reader = [&stein](int32_t row, double* values) {
             for (int32_t c = 0; c < stein.columnCount(); ++c) values[c] = stein.value(row, c);
             return 1;
         };
         steinRanks_ = std::make_unique<SteinRanks>(reader, stein.rowCount(), stein.columnCount(), rows, blockRows,
                                                    replicates);
-        return steinRanks_->isValid() ? std::string() : steinRanks_->errorText;
+        if (!steinRanks_->isValid()) return steinRanks_->errorText();
+        int32_t stochastic = 0;
+        for (int f = 0; f < factors.factorCount(); ++f) stochastic += isStochastic(factors, f) ? 1 : 0;
+        return stein.columnCount() < stochastic ? kSteinNarrowText : std::string();
     }
     imanConover_ = std::make_unique<ImanConover>(factors, rows);
     return imanConover_->isValid() ? std::string() : std::string(kImanConoverFailedText);

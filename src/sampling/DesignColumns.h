@@ -14,8 +14,12 @@ class ImanConover;
 class SteinRanks;
 class sampValues;
 
-int readColumn(sampValues& store, int32_t column, int32_t rows, std::vector<double>& out);
-int writeColumn(sampValues& store, int32_t column, const std::vector<double>& values);
+inline constexpr const char* kSteinNarrowText =
+    "The Stein correlation sample has fewer columns than the stochastic factors.\n"
+    "The factors beyond its columns are not correlated.";
+
+[[nodiscard]] int readColumn(sampValues& store, int32_t column, int32_t rows, std::vector<double>& out);
+[[nodiscard]] int writeColumn(sampValues& store, int32_t column, const std::vector<double>& values);
 
 // The rank table of a correlated design: Iman-Conover for correlation mode 1,
 // the Stein sample's ranks for mode 3. A table that failed, or a column it
@@ -30,8 +34,9 @@ public:
     RankTable& operator=(const RankTable&) = delete;
 
     // Builds the table for `rows` rows in blocks of `blockRows`. Returns the
-    // message to report when it cannot be used, "" otherwise.
-    std::string build(const FactorList& factors, int32_t rows, int32_t blockRows, int32_t replicates);
+    // message to report when it cannot be used, or not for every stochastic
+    // factor; "" otherwise.
+    [[nodiscard]] std::string build(const FactorList& factors, int32_t rows, int32_t blockRows, int32_t replicates);
     void release();
     bool built() const { return built_; }
     bool usable(int32_t column) const;

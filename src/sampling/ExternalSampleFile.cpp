@@ -83,16 +83,14 @@ int PrepConfiguration::loadExternalSample(const std::string& fileName) try {
         std::string name;
         ok = readName(in, name);
         if (ok) {
-            auto factor = std::make_unique<Dummy>();
-            factor->name = name;
+            auto factor = std::make_unique<Dummy>(name);
             ok = loaded.factors.addFactor(std::move(factor)) == 1;
         }
     }
     if (ok) {
         auto random = std::make_unique<RandomSampler>();
-        random->setSamples(sampleCount);
+        ok = random->setSamples(sampleCount) == 1 && loaded.samples.allocate(factorCount) == 1;
         loaded.sampler = std::move(random);
-        ok = loaded.samples.allocate(factorCount) == 1;
     }
     std::vector<double> row(ok ? static_cast<std::size_t>(factorCount) : 0);
     for (int32_t r = 0; ok && r < sampleCount; ++r) {
@@ -104,17 +102,17 @@ int PrepConfiguration::loadExternalSample(const std::string& fileName) try {
         ok = loaded.sampleStatistics->compute(loaded.samples) == 1;
     }
     if (!ok) {
-        errorText = kReadExternalErrorText;
+        errorText_ = kReadExternalErrorText;
         return 0;
     }
     loaded.sampleFile = fileName;
     loaded.hasStatistics = 1;
     loaded.external = 1;
     swap(loaded);
-    errorText = kNoErrorsText;
+    errorText_ = kNoErrorsText;
     return 1;
 } catch (const std::bad_alloc&) {
-    errorText = kReadExternalErrorText;
+    errorText_ = kReadExternalErrorText;
     return 0;
 }
 

@@ -4,23 +4,30 @@
 
 namespace tarvex {
 
-int runGeneration(PrepConfiguration& config, const std::function<bool(int percent)>& step) {
+GenerationOutcome runGeneration(PrepConfiguration& config, const std::function<bool(int percent)>& step) {
     config.prepareGeneration();
     int target = 1;
     int percent = config.generate(target);
+    GenerationOutcome outcome;
     while (percent < 100) {
         if (percent < 0) {
             config.cancelGeneration();
-            return kGenerationFailed;
+            outcome.result = kGenerationFailed;
+            outcome.warningText = config.warningText();
+            return outcome;
         }
         if (step && !step(percent)) {
             config.cancelGeneration();
-            return kGenerationStopped;
+            outcome.result = kGenerationStopped;
+            outcome.warningText = config.warningText();
+            return outcome;
         }
         ++target;
         percent = config.generate(target);
     }
-    return kGenerationDone;
+    outcome.result = kGenerationDone;
+    outcome.warningText = config.warningText();
+    return outcome;
 }
 
 }  // namespace tarvex

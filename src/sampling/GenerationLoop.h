@@ -5,18 +5,26 @@
 // each call, so the same project and seed give the same sample only when
 // every front end splits the generation the same way.
 #include <functional>
+#include <string>
 
 namespace tarvex {
 
 class PrepConfiguration;
 
-// Result of runGeneration.
 enum GenerationResult : int { kGenerationFailed = -1, kGenerationStopped = 0, kGenerationDone = 1 };
+
+struct GenerationOutcome {
+    int result = kGenerationFailed;
+    // The configuration's warningText: a correlation that could not be
+    // imposed on a sample made without it. To be shown even when the result
+    // is kGenerationDone.
+    std::string warningText;
+};
 
 // prepareGeneration, then generate(1), generate(2), ... until 100. After each
 // percent below 100, `step(percent)` is called (show it, serve events); a
 // false answer stops the run. A stopped or failed run is cancelled: empty
 // store, no statistics; on failure the sampler's errorText says why.
-int runGeneration(PrepConfiguration& config, const std::function<bool(int percent)>& step);
+[[nodiscard]] GenerationOutcome runGeneration(PrepConfiguration& config, const std::function<bool(int percent)>& step);
 
 }  // namespace tarvex

@@ -1,5 +1,7 @@
 #include "sampling/LatinSampler.h"
 
+#include <cmath>
+
 #include "common/UniformRandom.h"
 #include "correlation/DiagonalBand.h"
 #include "correlation/Ranking.h"
@@ -8,85 +10,92 @@
 
 namespace tarvex {
 
-LatinSampler::LatinSampler() : Sampler(kLatinMethod, 1) { numSamples = 1; }
+LatinSampler::LatinSampler() : Sampler(kLatinMethod, 1) { numSamples_ = 1; }
 
 // Generation state is not copied: a copy starts from reset.
 LatinSampler::LatinSampler(const LatinSampler& other) : Sampler(other) { reset(); }
 
 void LatinSampler::reset() {
     Sampler::reset();
-    phase = 0;
-    stochasticIndex = 0;
+    phase_ = 0;
+    stochasticIndex_ = 0;
     ranks_.release();
     sortedColumn_.clear();
     column_.clear();
     columnOf_ = -1;
     scratch_.clear();
-    warningText.clear();
 }
 
 float LatinSampler::fail(const sampValues& store) {
-    errorText = store.errorText();
+    errorText_ = store.errorText();
     return -1.0f;
 }
 
 float LatinSampler::generate(float targetPercent, sampValues& store, FactorList& factors) {
-    const int open = openGeneration(phase == 0 && factorPosition == 0 && sampleIndex == 0, store, factors);
+    const int open = openGeneration(phase_ == 0 && factorPosition_ == 0 && sampleIndex_ == 0, store, factors);
     if (open < 0) return -1.0f;
     if (open == 0) {
-        phase = 3;
-        return progress;
+        phase_ = 3;
+        return progress_;
     }
     int32_t stochastic = 0;
-    for (int f = 0; f < numFactors; ++f) stochastic += isStochastic(factors, f) ? 1 : 0;
+    for (int f = 0; f < numFactors_; ++f) stochastic += isStochastic(factors, f) ? 1 : 0;
     const bool ranked = factors.correlationMode == kImanConoverCorrelation ||
                         factors.correlationMode == kSteinCorrelation;
-    if (!ranked && stochastic == 0 && phase < 2) {
+    if (!ranked && stochastic == 0 && phase_ < 2) {
         // Nothing to stratify or exchange: only the constants remain.
-        phase = 2;
-        progress = 45.0f;
+        phase_ = 2;
+        progress_ = 45.0f;
     }
-    if (phase == 0 && !stratify(targetPercent, store, factors, ranked, stochastic)) return fail(store);
-    if (phase == 1 && !exchange(targetPercent, store, factors, stochastic)) return fail(store);
-    if (phase == 2) {
+    if (phase_ == 0 && !stratify(targetPercent, store, factors, ranked, stochastic)) return fail(store);
+    if (phase_ == 1 && !exchange(targetPercent, store, factors, stochastic)) return fail(store);
+    if (phase_ == 2) {
         const int ok = ranked ? rerank(targetPercent, store, factors)
                               : finishTree(targetPercent, store, factors, stochastic);
         if (!ok) return fail(store);
     }
-    return progress;
+    return progress_;
+}
+
+double LatinSampler::stratumPoint(double u, int32_t stratum, int32_t n) {
+    // The method divides by n in single precision. Up to 2^24 rows that float
+    // is n exactly, so dividing by n itself gives the same samples there;
+    // beyond, the float rounds n (2^24 + 1 becomes 2^24) and the last strata
+    // would pass 1, where no inverse cumulative is defined.
+    const double divisor = double(n);
+    const double x = u / divisor + double(stratum) / divisor;
+    // Near 2^31 rows a stratum is barely wider than the spacing of doubles
+    // below 1, and the sum can round up to 1 itself.
+    return x < 1.0 ? x : std::nextafter(1.0, 0.0);
 }
 
 // Phase 0. Stratum `sampleIndex` of each column gets u/n + sampleIndex/n, so a
-// column stands in rising order afterwards. n is a single-precision divisor.
+// column stands in rising order afterwards.
 int LatinSampler::stratify(float target, sampValues& store, FactorList& factors, bool ranked, int32_t stochastic) {
-    const int32_t n = numSamples;
-    // n is rounded to single precision as a divisor (a difference only past
-    // 2^24 rows); the divisions themselves are in double, so that every point
-    // stays inside its stratum at any size.
-    const double divisor = double(float(n));
-    const int32_t count = ranked ? numFactors : stochastic;
-    while (progress < target && factorPosition < count) {
-        const int f = factors.factorAt(factorPosition);
+    const int32_t n = numSamples_;
+    const int32_t count = ranked ? numFactors_ : stochastic;
+    while (progress_ < target && factorPosition_ < count) {
+        const int f = factors.factorAt(factorPosition_);
         bool write = false;
         double value = 0.0;
         if (isStochastic(factors, f)) {
             if (ranked || parentOf(factors, f) == -1) {
-                value = uniformRandom(&randomState) / divisor + double(sampleIndex) / divisor;
+                value = stratumPoint(uniformRandom(&randomState_), sampleIndex_, n);
                 write = true;
             }
         } else if (ranked && isConstantFactor(factors, f)) {
             value = constantValue(factors, f);
             write = true;
         }
-        if (!placeCell(store, factorPosition == 0, numFactors, f, write, value)) return 0;
-        progress = phasePercent(int64_t(factorPosition) * n + sampleIndex, int64_t(count) * n, 0.0f, 25.0f);
+        if (!placeCell(store, factorPosition_ == 0, numFactors_, f, write, value)) return 0;
+        progress_ = phasePercent(int64_t(factorPosition_) * n + sampleIndex_, int64_t(count) * n, 0.0f, 25.0f);
     }
-    if (factorPosition == count) {
-        factorPosition = 0;
-        sampleIndex = 0;
+    if (factorPosition_ == count) {
+        factorPosition_ = 0;
+        sampleIndex_ = 0;
         scratch_.clear();
-        phase = ranked ? 2 : 1;
-        progress = 25.0f;
+        phase_ = ranked ? 2 : 1;
+        progress_ = 25.0f;
     }
     return 1;
 }
@@ -95,11 +104,11 @@ int LatinSampler::stratify(float target, sampValues& store, FactorList& factors,
 // shuffle); children of the tree are left alone, their counters run on. The
 // column is exchanged in memory and written back once complete.
 int LatinSampler::exchange(float target, sampValues& store, FactorList& factors, int32_t stochastic) {
-    const int32_t n = numSamples;
+    const int32_t n = numSamples_;
     const int64_t exchanges = 2 * int64_t(n);
-    while (progress < target && factorPosition < stochastic) {
-        const int f = factors.factorAt(factorPosition);
-        int64_t index = sampleIndex;
+    while (progress_ < target && factorPosition_ < stochastic) {
+        const int f = factors.factorAt(factorPosition_);
+        int64_t index = sampleIndex_;
         if (!isStochastic(factors, f) || parentOf(factors, f) != -1) {
             index = exchanges;
         } else {
@@ -107,7 +116,7 @@ int LatinSampler::exchange(float target, sampValues& store, FactorList& factors,
                 if (!readColumn(store, f, n, column_)) return 0;
                 columnOf_ = f;
             }
-            randomExchange(column_.data(), n, &randomState);
+            randomExchange(column_.data(), n, &randomState_);
             ++index;
         }
         if (index == exchanges) {
@@ -115,17 +124,17 @@ int LatinSampler::exchange(float target, sampValues& store, FactorList& factors,
             column_.clear();
             columnOf_ = -1;
             index = 0;
-            ++factorPosition;
+            ++factorPosition_;
         }
-        sampleIndex = int32_t(index);
-        progress = phasePercent(int64_t(factorPosition) * exchanges + index, int64_t(stochastic) * exchanges,
+        sampleIndex_ = int32_t(index);
+        progress_ = phasePercent(int64_t(factorPosition_) * exchanges + index, int64_t(stochastic) * exchanges,
                                 25.0f, 20.0f);
     }
-    if (factorPosition == stochastic) {
-        factorPosition = 0;
-        sampleIndex = 0;
-        phase = 2;
-        progress = 45.0f;
+    if (factorPosition_ == stochastic) {
+        factorPosition_ = 0;
+        sampleIndex_ = 0;
+        phase_ = 2;
+        progress_ = 45.0f;
     }
     return 1;
 }
@@ -136,12 +145,12 @@ int LatinSampler::exchange(float target, sampValues& store, FactorList& factors,
 // word, and so depends on how the generation is split into calls; every front
 // end drives generation through the same loop of rising targets.
 int LatinSampler::finishTree(float target, sampValues& store, FactorList& factors, int32_t stochastic) {
-    const int32_t n = numSamples;
-    const int32_t count = numFactors;
+    const int32_t n = numSamples_;
+    const int32_t count = numFactors_;
     DiagonalBand band;
     int bandFactor = -1;
-    while (progress < target && factorPosition < count) {
-        const int f = factors.factorAt(factorPosition);
+    while (progress_ < target && factorPosition_ < count) {
+        const int f = factors.factorAt(factorPosition_);
         bool write = false;
         double value = 0.0;
         const int parent = isStochastic(factors, f) ? parentOf(factors, f) : -1;
@@ -154,23 +163,23 @@ int LatinSampler::finishTree(float target, sampValues& store, FactorList& factor
                 if (!readColumn(store, parent, n, column_)) return 0;
                 columnOf_ = parent;
             }
-            value = band.sampleConditional(column_[size_t(sampleIndex)]);
+            value = band.sampleConditional(column_[size_t(sampleIndex_)]);
             write = true;
         } else if (isConstantFactor(factors, f)) {
             value = constantValue(factors, f);
             write = true;
         }
-        if (!placeCell(store, stochastic == 0 && factorPosition == 0, count, f, write, value)) return 0;
-        progress = phasePercent(int64_t(factorPosition) * n + sampleIndex, int64_t(count) * n, 45.0f, 5.0f);
+        if (!placeCell(store, stochastic == 0 && factorPosition_ == 0, count, f, write, value)) return 0;
+        progress_ = phasePercent(int64_t(factorPosition_) * n + sampleIndex_, int64_t(count) * n, 45.0f, 5.0f);
     }
-    if (factorPosition == count) {
-        factorPosition = 0;
-        sampleIndex = 0;
+    if (factorPosition_ == count) {
+        factorPosition_ = 0;
+        sampleIndex_ = 0;
         column_.clear();
         columnOf_ = -1;
         scratch_.clear();
-        phase = 3;
-        progress = 50.0f;
+        phase_ = 3;
+        progress_ = 50.0f;
     }
     return 1;
 }
@@ -178,50 +187,50 @@ int LatinSampler::finishTree(float target, sampValues& store, FactorList& factor
 // Phase 2 with rank correlation, in list order: each stochastic column is
 // sorted and row r takes the value at place rankOf(column, r).
 int LatinSampler::rerank(float target, sampValues& store, FactorList& factors) {
-    const int32_t n = numSamples;
-    const int32_t count = numFactors;
-    if (!ranks_.built()) warningText = ranks_.build(factors, n, n, 1);
-    while (progress < target && factorPosition < count) {
-        const int f = factorPosition;
+    const int32_t n = numSamples_;
+    const int32_t count = numFactors_;
+    if (!ranks_.built()) warningText_ = ranks_.build(factors, n, n, 1);
+    while (progress_ < target && factorPosition_ < count) {
+        const int f = factorPosition_;
         if (!isStochastic(factors, f)) {
-            sampleIndex = n;
+            sampleIndex_ = n;
         } else {
-            if (sampleIndex == 0 || sortedColumn_.empty()) {
-                stochasticIndex = stochasticRank(factors, f);
-                if (ranks_.usable(stochasticIndex)) {
+            if (sampleIndex_ == 0 || sortedColumn_.empty()) {
+                stochasticIndex_ = stochasticRank(factors, f);
+                if (ranks_.usable(stochasticIndex_)) {
                     if (!readColumn(store, f, n, sortedColumn_)) return 0;
                     sortAscending(sortedColumn_.data(), n);
                 }
             }
-            if (!ranks_.usable(stochasticIndex)) {
+            if (!ranks_.usable(stochasticIndex_)) {
                 // No usable ranks: the column is permuted as it would be
                 // without correlation, by 2n random exchanges. Left in the
                 // stratum order of phase 0, every pair of columns would be
                 // perfectly rank-correlated.
                 if (!readColumn(store, f, n, column_)) return 0;
-                for (int64_t e = 0; e < 2 * int64_t(n); ++e) randomExchange(column_.data(), n, &randomState);
+                for (int64_t e = 0; e < 2 * int64_t(n); ++e) randomExchange(column_.data(), n, &randomState_);
                 if (!writeColumn(store, f, column_)) return 0;
                 column_.clear();
-                sampleIndex = n;
+                sampleIndex_ = n;
             } else {
-                const int32_t r = ranks_.rankOf(stochasticIndex, sampleIndex);
-                if (!store.setColumnValue(sampleIndex, f, sortedColumn_[size_t(r)])) return 0;
-                ++sampleIndex;
+                const int32_t r = ranks_.rankOf(stochasticIndex_, sampleIndex_);
+                if (!store.setColumnValue(sampleIndex_, f, sortedColumn_[size_t(r)])) return 0;
+                ++sampleIndex_;
             }
         }
-        if (sampleIndex == n) {
+        if (sampleIndex_ == n) {
             sortedColumn_.clear();
-            sampleIndex = 0;
-            ++factorPosition;
+            sampleIndex_ = 0;
+            ++factorPosition_;
         }
-        progress = phasePercent(int64_t(factorPosition) * n + sampleIndex, int64_t(count) * n, 25.0f, 25.0f);
+        progress_ = phasePercent(int64_t(factorPosition_) * n + sampleIndex_, int64_t(count) * n, 25.0f, 25.0f);
     }
-    if (factorPosition == count) {
+    if (factorPosition_ == count) {
         ranks_.release();
-        factorPosition = 0;
-        sampleIndex = 0;
-        phase = 3;
-        progress = 50.0f;
+        factorPosition_ = 0;
+        sampleIndex_ = 0;
+        phase_ = 3;
+        progress_ = 50.0f;
     }
     return 1;
 }

@@ -25,27 +25,30 @@ public:
     LatinSampler();
     LatinSampler(const LatinSampler& other);
 
-    float generate(float targetPercent, sampValues& store, FactorList& factors) override;
+    [[nodiscard]] float generate(float targetPercent, sampValues& store, FactorList& factors) override;
     void reset() override;
     std::unique_ptr<Sampler> clone() const override { return std::make_unique<LatinSampler>(*this); }
     void readItems(std::istream& in) override { readCountsAndSeed(in); }
 
-    int32_t phase = 0;  // 0 stratify, 1 shuffle, 2 finish; 3 once done
-    int32_t stochasticIndex = 0;
-    // The message of a rank table that could not be used; the sample is then
-    // made without re-ranking. Empty otherwise.
-    std::string warningText;
+    // The point of stratum `stratum` of `n` for a uniform draw u in (0, 1):
+    // u / n + stratum / n, inside [stratum / n, (stratum + 1) / n) and below 1.
+    static double stratumPoint(double u, int32_t stratum, int32_t n);
+
+    // 0 stratify, 1 shuffle, 2 finish; 3 once done.
+    int32_t phase() const { return phase_; }
 
 protected:
     void writeItems(std::ostream& out) const override { writeCountsAndSeed(out); }
 
 private:
-    int stratify(float target, sampValues& store, FactorList& factors, bool ranked, int32_t stochastic);
-    int exchange(float target, sampValues& store, FactorList& factors, int32_t stochastic);
-    int finishTree(float target, sampValues& store, FactorList& factors, int32_t stochastic);
-    int rerank(float target, sampValues& store, FactorList& factors);
+    [[nodiscard]] int stratify(float target, sampValues& store, FactorList& factors, bool ranked, int32_t stochastic);
+    [[nodiscard]] int exchange(float target, sampValues& store, FactorList& factors, int32_t stochastic);
+    [[nodiscard]] int finishTree(float target, sampValues& store, FactorList& factors, int32_t stochastic);
+    [[nodiscard]] int rerank(float target, sampValues& store, FactorList& factors);
     float fail(const sampValues& store);
 
+    int32_t phase_ = 0;
+    int32_t stochasticIndex_ = 0;  // rank table column of the factor being re-ranked
     RankTable ranks_;
     std::vector<double> sortedColumn_;
     std::vector<double> column_;   // a column being exchanged, or a child's parent column

@@ -9,7 +9,7 @@ namespace tarvex {
 // accepts, and also "inf" and "nan", which the writers can produce, so that
 // such values survive a round trip. Parsing ignores the global C locale.
 // On a missing or malformed token the stream's failure is set and false returned.
-bool readNumber(std::istream& in, double& value);
+[[nodiscard]] bool readNumber(std::istream& in, double& value);
 
 // Appends `value` as printf's "%.<digits>g" would write it in the C locale.
 void appendNumber(std::string& text, double value, int digits);

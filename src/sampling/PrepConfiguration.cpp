@@ -43,11 +43,12 @@ PrepConfiguration::PrepConfiguration(const PrepConfiguration& other)
       sampleStatistics(other.sampleStatistics ? std::make_unique<SampleStatistics>(*other.sampleStatistics) : nullptr),
       hasStatistics(other.hasStatistics),
       external(other.external),
-      factorNames(other.factorNames),
-      nextFactor(other.nextFactor),
-      nextRow(other.nextRow),
-      errorText(other.errorText),
-      percent_(other.percent_) {}
+      errorText_(other.errorText_),
+      factorNames_(other.factorNames_),
+      nextFactor_(other.nextFactor_),
+      nextRow_(other.nextRow_),
+      percent_(other.percent_),
+      warningText_(other.warningText_) {}
 
 PrepConfiguration& PrepConfiguration::operator=(const PrepConfiguration& other) {
     if (this != &other) {
@@ -65,41 +66,47 @@ void PrepConfiguration::swap(PrepConfiguration& other) noexcept {
     sampleStatistics.swap(other.sampleStatistics);
     std::swap(hasStatistics, other.hasStatistics);
     std::swap(external, other.external);
-    factorNames.swap(other.factorNames);
-    std::swap(nextFactor, other.nextFactor);
-    std::swap(nextRow, other.nextRow);
-    errorText.swap(other.errorText);
+    factorNames_.swap(other.factorNames_);
+    std::swap(nextFactor_, other.nextFactor_);
+    std::swap(nextRow_, other.nextRow_);
+    errorText_.swap(other.errorText_);
     std::swap(percent_, other.percent_);
+    warningText_.swap(other.warningText_);
 }
 
 void PrepConfiguration::setSamplerError(const std::string& text) {
-    errorText = text;
-    if (sampler) sampler->errorText = text;
+    errorText_ = text;
+    if (sampler) sampler->setErrorText(text);
 }
 
 // ------------------------------------------------------------ generation
 
 void PrepConfiguration::prepareGeneration() {
+    // An external sample is finished as it stands: there is nothing to
+    // prepare, and emptying the store would lose data no generation can make
+    // again.
+    if (external == 1) return;
     samples.clear();
     factors.computeFactorOrder();
     const int count = factors.factorCount();
-    factorNames.assign(size_t(count), std::string());
-    for (int i = 0; i < count; ++i) factorNames[size_t(i)] = factors.getFactor(i)->name.substr(0, kFactorNameField);
+    factorNames_.assign(size_t(count), std::string());
+    for (int i = 0; i < count; ++i) factorNames_[size_t(i)] = factors.getFactor(i)->name().substr(0, kFactorNameField);
     for (int i = 0; i < count; ++i)
-        if (factors.isRelation(i) == 1) static_cast<Relation*>(factors.getFactor(i))->prepareRows(count, factorNames);
+        if (factors.isRelation(i) == 1) static_cast<Relation*>(factors.getFactor(i))->prepareRows(count, factorNames_);
     if (sampler) sampler->reset();
-    nextFactor = -1;
-    nextRow = 0;
+    nextFactor_ = -1;
+    nextRow_ = 0;
     percent_ = 0;
     sampleStatistics.reset();
     hasStatistics = 0;
-    errorText = kNoErrorsText;
+    errorText_ = kNoErrorsText;
+    warningText_.clear();
 }
 
 int PrepConfiguration::generate(int target) {
     if (external == 1) return 100;
     if (!sampler) {
-        errorText = "No sampling method selected";
+        errorText_ = "No sampling method selected";
         return -1;
     }
     // The design must be complete before the value pass starts, whatever
@@ -107,13 +114,14 @@ int PrepConfiguration::generate(int target) {
     // sampler still stands just below it.
     if (target <= 50 || !sampler->finished()) {
         const float reached = sampler->generate(float(target < 50 ? target : 50), samples, factors);
+        warningText_ = sampler->warningText();
         if (reached < 0.0f) {
-            errorText = sampler->errorText;
+            errorText_ = sampler->errorText();
             return -1;
         }
         if (target <= 50 || !sampler->finished()) return int(reached);
     }
-    if (sampler->methodId == kFixedMethod) return 100;
+    if (sampler->methodId() == kFixedMethod) return 100;
     return valuePass(target);
 }
 
@@ -123,11 +131,11 @@ static int valuePercent(double done, double cells) { return int((done / cells + 
 // End of the chunk of the current column: the first row after which the
 // percent reaches `target`, or the column's end.
 int32_t PrepConfiguration::rowsForPercent(int target, int32_t rows, double cells) const {
-    const double before = double(nextFactor) * rows;
+    const double before = double(nextFactor_) * rows;
     if (valuePercent(before + rows, cells) < target) return rows;
     int32_t end = int32_t(std::ceil((double(target) / 50.0 - 1.0) * cells - before));
-    end = std::clamp(end, nextRow + 1, rows);
-    while (end > nextRow + 1 && valuePercent(before + end - 1, cells) >= target) --end;
+    end = std::clamp(end, nextRow_ + 1, rows);
+    while (end > nextRow_ + 1 && valuePercent(before + end - 1, cells) >= target) --end;
     while (end < rows && valuePercent(before + end, cells) < target) ++end;
     return end;
 }
@@ -135,27 +143,27 @@ int32_t PrepConfiguration::rowsForPercent(int target, int32_t rows, double cells
 int PrepConfiguration::valuePass(int target) {
     const int32_t count = factors.factorCount();
     const int32_t rows = samples.rowCount();
-    if (nextFactor == -1) {
-        nextFactor = 0;
-        nextRow = 0;
+    if (nextFactor_ == -1) {
+        nextFactor_ = 0;
+        nextRow_ = 0;
         percent_ = 50;
     }
     const double cells = double(count) * double(rows);
-    while (percent_ < target && nextFactor < count && rows > 0) {
-        const int f = factors.factorAt(nextFactor);
+    while (percent_ < target && nextFactor_ < count && rows > 0) {
+        const int f = factors.factorAt(nextFactor_);
         Factor* factor = factors.getFactor(f);
         if (isStochastic(factors, f)) {
             auto* distribution = dynamic_cast<Distribution*>(factor);
             auto* discrete = dynamic_cast<Discrete*>(factor);
             if (distribution == nullptr) {
-                nextRow = rows;
+                nextRow_ = rows;
             } else {
-                if (nextRow == 0 && discrete == nullptr) {
+                if (nextRow_ == 0 && discrete == nullptr) {
                     distribution->clearTable();
                     if (!distribution->prepareInverse()) {
                         char text[160];
                         std::snprintf(text, sizeof text, "%s %d %s",
-                                      "I cannot calculate the inverse cumulative of factor", nextFactor + 1,
+                                      "I cannot calculate the inverse cumulative of factor", nextFactor_ + 1,
                                       ": generation aborted");
                         distribution->clearTable();
                         samples.clear();
@@ -167,7 +175,7 @@ int PrepConfiguration::valuePass(int target) {
                 // window. The inverse is a pure function of u, so the rows of
                 // the chunk are mapped on all processors at once.
                 const int32_t end = rowsForPercent(target, rows, cells);
-                const int32_t begin = nextRow;
+                const int32_t begin = nextRow_;
                 chunk_.resize(size_t(end - begin));
                 for (int32_t r = begin; r < end; ++r) {
                     if (!samples.getColumnValue(r, f, &chunk_[size_t(r - begin)])) {
@@ -189,13 +197,13 @@ int PrepConfiguration::valuePass(int target) {
                         return -1;
                     }
                 }
-                nextRow = end;
+                nextRow_ = end;
             }
         } else if (factors.isRelation(f) == 1) {
             auto* relation = static_cast<Relation*>(factor);
             const int32_t end = rowsForPercent(target, rows, cells);
-            for (; nextRow < end; ++nextRow) {
-                double* row = samples.rowPointer(nextRow);
+            for (; nextRow_ < end; ++nextRow_) {
+                double* row = samples.rowPointer(nextRow_);
                 if (row == nullptr) {
                     setSamplerError(samples.errorText());
                     return -1;
@@ -204,17 +212,17 @@ int PrepConfiguration::valuePass(int target) {
                 row[f] = relation->evaluateRow(row);
             }
         } else {
-            nextRow = rows;  // constants were written by the sampler
+            nextRow_ = rows;  // constants were written by the sampler
         }
-        if (nextRow >= rows) {
+        if (nextRow_ >= rows) {
             if (auto* distribution = dynamic_cast<Distribution*>(factor)) distribution->clearTable();
-            nextRow = 0;
-            ++nextFactor;
+            nextRow_ = 0;
+            ++nextFactor_;
         }
-        const int p = valuePercent(double(nextFactor) * rows + nextRow, cells);
-        percent_ = nextFactor < count ? (p < 99 ? p : 99) : 100;
+        const int p = valuePercent(double(nextFactor_) * rows + nextRow_, cells);
+        percent_ = nextFactor_ < count ? (p < 99 ? p : 99) : 100;
     }
-    if (nextFactor >= count || rows == 0) percent_ = 100;
+    if (nextFactor_ >= count || rows == 0) percent_ = 100;
     if (percent_ < 100) return percent_;
 
     sampleStatistics = std::make_unique<SampleStatistics>();
@@ -228,14 +236,15 @@ int PrepConfiguration::valuePass(int target) {
 }
 
 void PrepConfiguration::cancelGeneration() {
+    if (external == 1) return;  // never generated, nothing to cancel
     samples.clear();
-    if (nextFactor >= 0) {
-        if (auto* distribution = dynamic_cast<Distribution*>(factors.getFactor(factors.factorAt(nextFactor))))
+    if (nextFactor_ >= 0) {
+        if (auto* distribution = dynamic_cast<Distribution*>(factors.getFactor(factors.factorAt(nextFactor_))))
             distribution->clearTable();
     }
-    nextFactor = -1;
-    nextRow = 0;
-    factorNames.clear();
+    nextFactor_ = -1;
+    nextRow_ = 0;
+    factorNames_.clear();
     sampleStatistics.reset();
     hasStatistics = 0;
 }
@@ -293,7 +302,7 @@ int PrepConfiguration::read(std::istream& in) {
     if (!readLineInBuffer(in, directory, kPathBytes)) return 0;
     // Loading moves the current directory; it is remembered only if the
     // move succeeded.
-    Environment::instance().directories().setPrepDirectory(directory);
+    (void)Environment::instance().directories().setPrepDirectory(directory);
     // The second newline after the file name stays unread: it belongs to
     // whatever record follows.
     if (!readLineInBuffer(in, sampleFile, kPathBytes)) return 0;
@@ -302,7 +311,7 @@ int PrepConfiguration::read(std::istream& in) {
 
 int PrepConfiguration::writeSampleFile(const std::string& fileName) {
     if (!saveFileAtomically(fileName, [this](std::ostream& out) { write(out); })) {
-        errorText = kWriteSamplesErrorText;
+        errorText_ = kWriteSamplesErrorText;
         return 0;
     }
     return 1;
@@ -313,14 +322,14 @@ int PrepConfiguration::readSampleFile(const std::string& fileName) try {
     std::ifstream in(fileName, std::ios::binary);
     PrepConfiguration loaded;
     if (!in || !loaded.read(in) || !in) {
-        errorText = kReadSamplesErrorText;
+        errorText_ = kReadSamplesErrorText;
         return 0;
     }
     swap(loaded);
-    errorText = kNoErrorsText;
+    errorText_ = kNoErrorsText;
     return 1;
 } catch (const std::bad_alloc&) {
-    errorText = kReadSamplesErrorText;
+    errorText_ = kReadSamplesErrorText;
     return 0;
 }
 

@@ -22,15 +22,14 @@ void RandomSampler::reset() {
     scratch_.clear();
     column_.clear();
     columnOf_ = -1;
-    warningText.clear();
 }
 
 float RandomSampler::generate(float targetPercent, sampValues& store, FactorList& factors) {
-    const int open = openGeneration(phase_ == 0 && factorPosition == 0 && sampleIndex == 0, store, factors);
+    const int open = openGeneration(phase_ == 0 && factorPosition_ == 0 && sampleIndex_ == 0, store, factors);
     if (open < 0) return -1.0f;
     if (open == 0) {
         phase_ = 2;
-        return progress;
+        return progress_;
     }
     const bool imanConover = factors.correlationMode == kImanConoverCorrelation;
     if (phase_ == 0) {
@@ -39,16 +38,16 @@ float RandomSampler::generate(float targetPercent, sampValues& store, FactorList
     if (phase_ == 1) {
         if (rankPhase(targetPercent, store, factors) < 0.0f) return -1.0f;
     }
-    return progress;
+    return progress_;
 }
 
 float RandomSampler::fillPhase(float target, sampValues& store, FactorList& factors, bool correlated) {
-    const int32_t n = numSamples;
-    const int32_t count = numFactors;
+    const int32_t n = numSamples_;
+    const int32_t count = numFactors_;
     const float span = correlated ? 25.0f : 50.0f;
     if (!correlated && !band_) band_ = std::make_unique<DiagonalBand>();
-    while (progress < target && factorPosition < count) {
-        const int f = factors.factorAt(factorPosition);
+    while (progress_ < target && factorPosition_ < count) {
+        const int f = factors.factorAt(factorPosition_);
         double value = 0.0;
         bool write = true;
         if (isStochastic(factors, f)) {
@@ -57,80 +56,80 @@ float RandomSampler::fillPhase(float target, sampValues& store, FactorList& fact
                 // The parent comes first in sampling order; its column is done.
                 if (columnOf_ != parent) {
                     if (!readColumn(store, parent, n, column_)) {
-                        errorText = store.errorText();
+                        errorText_ = store.errorText();
                         return -1.0f;
                     }
                     columnOf_ = parent;
                 }
-                if (sampleIndex == 0) band_->setCorrelation(linkCorrelation(factors, f));
-                value = band_->sampleConditional(column_[size_t(sampleIndex)]);
+                if (sampleIndex_ == 0) band_->setCorrelation(linkCorrelation(factors, f));
+                value = band_->sampleConditional(column_[size_t(sampleIndex_)]);
             } else {
-                value = uniformRandom(&randomState);
+                value = uniformRandom(&randomState_);
             }
         } else if (isConstantFactor(factors, f)) {
             value = constantValue(factors, f);
         } else {
             write = false;  // a relation: filled by the value pass
         }
-        if (!placeCell(store, factorPosition == 0, count, f, write, value)) return -1.0f;
-        progress = phasePercent(int64_t(factorPosition) * n + sampleIndex, int64_t(count) * n, 0.0f, span);
+        if (!placeCell(store, factorPosition_ == 0, count, f, write, value)) return -1.0f;
+        progress_ = phasePercent(int64_t(factorPosition_) * n + sampleIndex_, int64_t(count) * n, 0.0f, span);
     }
-    if (factorPosition == count) {
-        factorPosition = 0;
-        sampleIndex = 0;
+    if (factorPosition_ == count) {
+        factorPosition_ = 0;
+        sampleIndex_ = 0;
         column_.clear();
         columnOf_ = -1;
         scratch_.clear();
         phase_ = correlated ? 1 : 2;
-        progress = span;
+        progress_ = span;
     }
-    return progress;
+    return progress_;
 }
 
 float RandomSampler::rankPhase(float target, sampValues& store, FactorList& factors) {
-    const int32_t n = numSamples;
-    const int32_t count = numFactors;
+    const int32_t n = numSamples_;
+    const int32_t count = numFactors_;
     if (!ranks_.built()) {
-        warningText = ranks_.build(factors, n, n, 1);
+        warningText_ = ranks_.build(factors, n, n, 1);
     }
-    while (progress < target && factorPosition < count) {
-        const int f = factorPosition;  // list order here
+    while (progress_ < target && factorPosition_ < count) {
+        const int f = factorPosition_;  // list order here
         const int32_t rankColumn = isStochastic(factors, f) ? stochasticRank(factors, f) : -1;
         if (rankColumn < 0 || !ranks_.usable(rankColumn)) {
             // Nothing to reorder in this column: it stays as it is.
-            sampleIndex = n;
+            sampleIndex_ = n;
         } else {
             if (columnOf_ != f) {
                 if (!readColumn(store, f, n, column_)) {
-                    errorText = store.errorText();
+                    errorText_ = store.errorText();
                     return -1.0f;
                 }
                 sortAscending(column_.data(), n);
                 columnOf_ = f;
             }
-            const int32_t r = ranks_.rankOf(rankColumn, sampleIndex);
-            if (!store.setColumnValue(sampleIndex, f, column_[size_t(r)])) {
-                errorText = store.errorText();
+            const int32_t r = ranks_.rankOf(rankColumn, sampleIndex_);
+            if (!store.setColumnValue(sampleIndex_, f, column_[size_t(r)])) {
+                errorText_ = store.errorText();
                 return -1.0f;
             }
-            ++sampleIndex;
+            ++sampleIndex_;
         }
-        if (sampleIndex == n) {
-            sampleIndex = 0;
-            ++factorPosition;
+        if (sampleIndex_ == n) {
+            sampleIndex_ = 0;
+            ++factorPosition_;
             column_.clear();
             columnOf_ = -1;
         }
-        progress = phasePercent(int64_t(factorPosition) * n + sampleIndex, int64_t(count) * n, 25.0f, 25.0f);
+        progress_ = phasePercent(int64_t(factorPosition_) * n + sampleIndex_, int64_t(count) * n, 25.0f, 25.0f);
     }
-    if (factorPosition == count) {
+    if (factorPosition_ == count) {
         ranks_.release();
-        factorPosition = 0;
-        sampleIndex = 0;
+        factorPosition_ = 0;
+        sampleIndex_ = 0;
         phase_ = 2;
-        progress = 50.0f;
+        progress_ = 50.0f;
     }
-    return progress;
+    return progress_;
 }
 
 }  // namespace tarvex

@@ -21,21 +21,18 @@ public:
     RandomSampler();
     RandomSampler(const RandomSampler& other);
 
-    float generate(float targetPercent, sampValues& store, FactorList& factors) override;
+    [[nodiscard]] float generate(float targetPercent, sampValues& store, FactorList& factors) override;
     void reset() override;
     std::unique_ptr<Sampler> clone() const override { return std::make_unique<RandomSampler>(*this); }
     void readItems(std::istream& in) override { readCountsAndSeed(in); }
 
-    // The message of a rank table that could not be used; the sample is then
-    // made without re-ranking. Empty otherwise.
-    std::string warningText;
 
 protected:
     void writeItems(std::ostream& out) const override { writeCountsAndSeed(out); }
 
 private:
-    float fillPhase(float target, sampValues& store, FactorList& factors, bool correlated);
-    float rankPhase(float target, sampValues& store, FactorList& factors);
+    [[nodiscard]] float fillPhase(float target, sampValues& store, FactorList& factors, bool correlated);
+    [[nodiscard]] float rankPhase(float target, sampValues& store, FactorList& factors);
 
     int32_t phase_ = 0;  // 0 filling, 1 re-ranking, 2 done
     std::unique_ptr<DiagonalBand> band_;

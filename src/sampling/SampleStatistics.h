@@ -23,10 +23,10 @@ class sampValues;
 class SampleStatistics {
 public:
     SampleStatistics() = default;
-    explicit SampleStatistics(sampValues& store) { compute(store); }
+    explicit SampleStatistics(sampValues& store) { (void)compute(store); }  // a failure leaves them empty
 
     // Replaces the statistics with those of `store` (a row pass, twice).
-    int compute(sampValues& store);
+    [[nodiscard]] int compute(sampValues& store);
 
     int32_t size() const { return size_; }
     bool empty() const { return !present_; }

@@ -42,7 +42,7 @@ constexpr int32_t kMethodCount = int32_t(sizeof kMethods / sizeof kMethods[0]);
 }  // namespace
 
 Sampler::Sampler(int32_t id, int32_t defaultSeed)
-    : methodId(id), methodName(nameOf(id)), seed(defaultSeed), randomState(-defaultSeed) {}
+    : methodId_(id), methodName_(nameOf(id)), seed_(defaultSeed), randomState_(-defaultSeed) {}
 
 const char* Sampler::nameOf(int32_t id) { return id >= 0 && id < kMethodCount ? kMethods[id].name : ""; }
 
@@ -52,59 +52,60 @@ std::unique_ptr<Sampler> Sampler::create(int32_t id) {
 }
 
 int Sampler::setNumFactors(int32_t count) {
-    numFactors = count;
+    numFactors_ = count;
     return 1;
 }
 
 void Sampler::reset() {
-    progress = 0.0f;
-    sampleIndex = 0;
-    factorPosition = 0;
-    randomState = -seed;
+    progress_ = 0.0f;
+    sampleIndex_ = 0;
+    factorPosition_ = 0;
+    randomState_ = -seed_;
+    warningText_.clear();
 }
 
 int Sampler::setSamples(int32_t n) {
     if (n < 0) {
-        errorText = kNegativeSamplesText;
+        errorText_ = kNegativeSamplesText;
         return 0;
     }
-    numSamples = n;
+    numSamples_ = n;
     return 1;
 }
 
 int Sampler::setSeed(int32_t s) {
     if (s < 1) {
-        errorText = kBadSeedText;
+        errorText_ = kBadSeedText;
         return 0;
     }
-    seed = s;
-    randomState = -s;
+    seed_ = s;
+    randomState_ = -s;
     return 1;
 }
 
 void Sampler::writeSection(std::ostream& out) const {
-    out << methodId << '\n' << methodName << '\n';
+    out << methodId_ << '\n' << methodName_ << '\n';
     writeItems(out);
 }
 
 void Sampler::writeCountsAndSeed(std::ostream& out) const {
-    out << numSamples << '\n' << numFactors << '\n' << seed << '\n';
+    out << numSamples_ << '\n' << numFactors_ << '\n' << seed_ << '\n';
 }
 
 void Sampler::readCountsAndSeed(std::istream& in) {
     int32_t samples = 0, factors = 0, s = 0;
     if (in >> samples >> factors >> s) {
-        numSamples = samples;
-        numFactors = factors;
-        seed = s;
-        randomState = -s;
+        numSamples_ = samples;
+        numFactors_ = factors;
+        seed_ = s;
+        randomState_ = -s;
         return;
     }
-    methodName = nameOf(methodId);
-    numSamples = 0;
-    numFactors = 0;
-    seed = 1;
-    randomState = -1;
+    methodName_ = nameOf(methodId_);
+    numSamples_ = 0;
+    numFactors_ = 0;
+    seed_ = 1;
+    randomState_ = -1;
 }
 
 float Sampler::phasePercent(int64_t done, int64_t total, float from, float span) {
@@ -115,18 +116,18 @@ float Sampler::phasePercent(int64_t done, int64_t total, float from, float span)
 }
 
 int Sampler::openGeneration(bool atFirstCell, sampValues& store, const FactorList& factors) {
-    numFactors = factors.factorCount();
-    if (numSamples <= 0) {
-        errorText = kNoSamplesText;
+    numFactors_ = factors.factorCount();
+    if (numSamples_ <= 0) {
+        errorText_ = kNoSamplesText;
         return -1;
     }
-    if (numFactors == 0) {
-        progress = 50.0f;
+    if (numFactors_ == 0) {
+        progress_ = 50.0f;
         return 0;
     }
-    if (atFirstCell && (store.rowCount() != 0 || store.columnCount() != numFactors)) {
-        if (!store.clear() || !store.allocate(numFactors)) {
-            errorText = store.errorText();
+    if (atFirstCell && (store.rowCount() != 0 || store.columnCount() != numFactors_)) {
+        if (!store.clear() || !store.allocate(numFactors_)) {
+            errorText_ = store.errorText();
             return -1;
         }
     }
@@ -138,16 +139,16 @@ int Sampler::placeCell(sampValues& store, bool newRow, int32_t width, int f, boo
         scratch_.assign(size_t(width), 0.0);
         if (write) scratch_[size_t(f)] = value;
         if (!store.addRow(scratch_.data())) {
-            errorText = store.errorText();
+            errorText_ = store.errorText();
             return 0;
         }
-    } else if (write && !store.setColumnValue(sampleIndex, f, value)) {
-        errorText = store.errorText();
+    } else if (write && !store.setColumnValue(sampleIndex_, f, value)) {
+        errorText_ = store.errorText();
         return 0;
     }
-    if (++sampleIndex == numSamples) {
-        sampleIndex = 0;
-        ++factorPosition;
+    if (++sampleIndex_ == numSamples_) {
+        sampleIndex_ = 0;
+        ++factorPosition_;
     }
     return 1;
 }

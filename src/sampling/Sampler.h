@@ -44,8 +44,8 @@ class Sampler {
 public:
     virtual ~Sampler() = default;
 
-    virtual float generate(float targetPercent, sampValues& store, FactorList& factors) = 0;
-    virtual int setNumFactors(int32_t count);
+    [[nodiscard]] virtual float generate(float targetPercent, sampValues& store, FactorList& factors) = 0;
+    [[nodiscard]] virtual int setNumFactors(int32_t count);
     // Back to the start of a generation: percent, counters, and the state word
     // at minus the seed.
     virtual void reset();
@@ -61,11 +61,11 @@ public:
 
     // A negative count is refused; 0 is accepted (the run then has nothing to
     // generate).
-    int setSamples(int32_t n);
-    int setSeed(int32_t s);
+    [[nodiscard]] int setSamples(int32_t n);
+    [[nodiscard]] int setSeed(int32_t s);
 
     // 1 once the design is complete (progress at 50).
-    bool finished() const { return progress >= 50.0f; }
+    bool finished() const { return progress_ >= 50.0f; }
 
     // The method table: name of a method number, "" for an unknown one.
     static const char* nameOf(int32_t methodId);
@@ -73,16 +73,25 @@ public:
     // method this build does not offer.
     static std::unique_ptr<Sampler> create(int32_t methodId);
 
-    int32_t numFactors = 0;
-    int32_t methodId = -1;
-    std::string methodName;
-    std::string errorText = kNoErrorsText;
-    int32_t numSamples = 0;
-    int32_t seed = 5648423;
-    int32_t randomState = -5648423;
-    float progress = 0.0f;
-    int32_t sampleIndex = 0;
-    int32_t factorPosition = 0;
+    // Read access. The parameters change only through their setters and the
+    // section reader, the counters only inside generate and reset.
+    int32_t numFactors() const { return numFactors_; }
+    int32_t methodId() const { return methodId_; }
+    const std::string& methodName() const { return methodName_; }
+    const std::string& errorText() const { return errorText_; }
+    // What the user must be told although the design was made: a rank table
+    // that could not be used, so that the sample is not (or only partly)
+    // correlated. Empty otherwise; emptied by reset.
+    const std::string& warningText() const { return warningText_; }
+    int32_t numSamples() const { return numSamples_; }
+    int32_t seed() const { return seed_; }
+    int32_t randomState() const { return randomState_; }
+    float progress() const { return progress_; }
+    int32_t sampleIndex() const { return sampleIndex_; }
+    int32_t factorPosition() const { return factorPosition_; }
+
+    // The value pass after the design reports its failure here too.
+    void setErrorText(const std::string& text) { errorText_ = text; }
 
 protected:
     Sampler(int32_t id, int32_t defaultSeed);
@@ -103,7 +112,7 @@ protected:
     // them for and, at the first cell of a generation, a store emptied to the
     // list's width. Returns 1 to go on; 0 when the list has no factor (progress
     // is then 50 and the method is done); -1 with errorText set on failure.
-    int openGeneration(bool atFirstCell, sampValues& store, const FactorList& factors);
+    [[nodiscard]] int openGeneration(bool atFirstCell, sampValues& store, const FactorList& factors);
 
     // One cell of a column-after-column walk over a store `width` wide. With
     // `newRow` the cell opens a row of its own (its other cells 0.0, to be
@@ -111,7 +120,19 @@ protected:
     // `write` false leaves the cell as it is. Then sampleIndex and
     // factorPosition step to the next cell. Returns 0 with errorText set when
     // the store refuses.
-    int placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value);
+    [[nodiscard]] int placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value);
+
+    int32_t numFactors_ = 0;
+    int32_t methodId_ = -1;
+    std::string methodName_;
+    std::string errorText_ = kNoErrorsText;
+    std::string warningText_;
+    int32_t numSamples_ = 0;
+    int32_t seed_ = 5648423;
+    int32_t randomState_ = -5648423;  // minus seed_ whenever the seed is set and at reset
+    float progress_ = 0.0f;
+    int32_t sampleIndex_ = 0;
+    int32_t factorPosition_ = 0;
 
     std::vector<double> scratch_;  // the row being opened by placeCell
 };

@@ -37,11 +37,12 @@ void release(std::vector<double>& buffer) { std::vector<double>().swap(buffer); 
 sampValues::sampValues() : sampValues(defaultCacheLimit) {}
 
 sampValues::sampValues(int32_t cacheLimit) : cacheLimit_(std::clamp(cacheLimit, 1, kMaxCacheLimit)) {
-    openFile();
+    // Without a file now, the store tries again when it first needs one.
+    (void)openFile();
 }
 
 sampValues::sampValues(const sampValues& other) : cacheLimit_(other.cacheLimit_), order_(other.order_) {
-    openFile();
+    (void)openFile();  // copyFrom tries again and reports
     if (!copyFrom(other)) {
         const std::string reason = errorText_;
         clear();
@@ -50,7 +51,8 @@ sampValues::sampValues(const sampValues& other) : cacheLimit_(other.cacheLimit_)
 }
 
 sampValues& sampValues::operator=(const sampValues& other) {
-    assign(other);
+    // As with the copy constructor, a failed copy leaves the store empty with errorText saying why.
+    (void)assign(other);
     return *this;
 }
 

@@ -37,24 +37,24 @@ public:
     sampValues& operator=(sampValues&& other) noexcept;
     ~sampValues();
 
-    int allocate(int32_t columns);
+    [[nodiscard]] int allocate(int32_t columns);
     int clear();
     // Appends one row of `columnCount()` values; returns the new row count, 0 on failure.
-    int32_t addRow(const double* values);
+    [[nodiscard]] int32_t addRow(const double* values);
 
-    int setValue(int32_t row, int32_t column, double x);
-    int getValue(int32_t row, int32_t column, double* x);
-    int setRow(int32_t row, const double* values);
-    int getRow(int32_t row, double* values);
+    [[nodiscard]] int setValue(int32_t row, int32_t column, double x);
+    [[nodiscard]] int getValue(int32_t row, int32_t column, double* x);
+    [[nodiscard]] int setRow(int32_t row, const double* values);
+    [[nodiscard]] int getRow(int32_t row, double* values);
     // The row inside the window, valid until the next call on this store.
     double* rowPointer(int32_t row);
 
-    int setColumnValue(int32_t row, int32_t column, double x);
-    int getColumnValue(int32_t row, int32_t column, double* x);
+    [[nodiscard]] int setColumnValue(int32_t row, int32_t column, double x);
+    [[nodiscard]] int getColumnValue(int32_t row, int32_t column, double* x);
 
-    int setOrder(int32_t order);
-    int setColumnMode(int32_t mode);
-    int assign(const sampValues& other);
+    [[nodiscard]] int setOrder(int32_t order);
+    [[nodiscard]] int setColumnMode(int32_t mode);
+    [[nodiscard]] int assign(const sampValues& other);
 
     int32_t rowCount() const { return rows_; }
     int32_t columnCount() const { return columns_; }
@@ -74,25 +74,25 @@ public:
     void read(std::istream& in);
 
 private:
-    bool openFile() const;
-    bool readBytes(void* data, int64_t bytes, int64_t offset) const;
-    bool writeBytes(const void* data, int64_t bytes, int64_t offset) const;
+    [[nodiscard]] bool openFile() const;
+    [[nodiscard]] bool readBytes(void* data, int64_t bytes, int64_t offset) const;
+    [[nodiscard]] bool writeBytes(const void* data, int64_t bytes, int64_t offset) const;
     int64_t slotOffset(int32_t block) const;
     int32_t blockCount() const;
     int32_t validRows(int32_t block) const;
-    bool reserve(std::vector<double>& buffer, size_t size) const;
+    [[nodiscard]] bool reserve(std::vector<double>& buffer, size_t size) const;
 
-    bool flush() const;
-    bool flushRowWindow() const;
-    bool flushColumnWindow() const;
-    bool loadRowWindow(int32_t block);
-    bool loadColumnWindow(int32_t column, int32_t segment);
-    bool toRowMode();
-    bool toColumnMode();
-    bool rowWindowFor(int32_t row);
-    bool columnWindowFor(int32_t row, int32_t column);
-    bool readColumnRun(int32_t column, int32_t block, double* out) const;
-    bool copyFrom(const sampValues& other);
+    [[nodiscard]] bool flush() const;
+    [[nodiscard]] bool flushRowWindow() const;
+    [[nodiscard]] bool flushColumnWindow() const;
+    [[nodiscard]] bool loadRowWindow(int32_t block);
+    [[nodiscard]] bool loadColumnWindow(int32_t column, int32_t segment);
+    [[nodiscard]] bool toRowMode();
+    [[nodiscard]] bool toColumnMode();
+    [[nodiscard]] bool rowWindowFor(int32_t row);
+    [[nodiscard]] bool columnWindowFor(int32_t row, int32_t column);
+    [[nodiscard]] bool readColumnRun(int32_t column, int32_t block, double* out) const;
+    [[nodiscard]] bool copyFrom(const sampValues& other);
     void fail(const char* text) const;
     void resetCounts();
     void removeFile();

@@ -108,7 +108,7 @@ void sampValues::read(std::istream& in) {
     // A read replaces whatever the store held.
     clear();
     order_ = order;
-    if (columns > 0) allocate(columns);
+    if (columns > 0 && !allocate(columns)) in.setstate(std::ios::badbit);
 
     if (order == 0) {
         // The row buffer grows only with values actually read, so an absurd

@@ -63,8 +63,8 @@ TEST(RememberedDirectories, SetterMovesTheCurrentDirectoryOrChangesNothing) {
 TEST(ConfigDat, RoundTripWithNullAsEmptyLineAndOneExtraEmptyLine) {
     Tree t;
     CurrentDirGuard guard(fs::current_path());
-    t.env.directories().setPrepDirectory(t.dir("a"));
-    t.env.directories().setModelOutputDirectory(t.dir("d"));
+    ASSERT_EQ(t.env.directories().setPrepDirectory(t.dir("a")), 1);
+    ASSERT_EQ(t.env.directories().setModelOutputDirectory(t.dir("d")), 1);
     const std::string path = t.env.configDatPath();
     ASSERT_EQ(ConfigDatFile::write(path, t.env.directories()), 1);
     EXPECT_EQ(readFile(path), t.dir("a") + "\n\n\n" + t.dir("d") + "\n\n");
@@ -90,7 +90,7 @@ TEST(ConfigDat, ReadAtConstructionWrittenAtDestruction) {
         EXPECT_EQ(t.env.directories().modelDirectory(), t.dir("c"));
         EXPECT_EQ(t.env.directories().modelOutputDirectory(), t.dir("d"));
         EXPECT_EQ(fs::current_path(), fs::path(t.dir("d")));
-        t.env.directories().setVelsDirectory(t.dir("c"));
+        ASSERT_EQ(t.env.directories().setVelsDirectory(t.dir("c")), 1);
         writeFile(t.env.configDatPath(), "overwritten when the holder goes\n");
     }
     EXPECT_EQ(readFile(t.env.configDatPath()),
@@ -100,7 +100,7 @@ TEST(ConfigDat, ReadAtConstructionWrittenAtDestruction) {
 TEST(ConfigDat, ShortFileSetsWhatIsThereAndNothingElse) {
     Tree t;
     CurrentDirGuard guard(fs::current_path());
-    t.env.directories().setModelDirectory(t.dir("c"));  // set earlier in the run
+    ASSERT_EQ(t.env.directories().setModelDirectory(t.dir("c")), 1);  // set earlier in the run
     writeFile(t.env.configDatPath(), t.dir("a") + "\n" + t.dir("b"));  // two lines, no final line end
     { ConfigDatFile holder(t.env); }
     EXPECT_EQ(t.env.directories().prepDirectory(), t.dir("a"));

@@ -29,9 +29,9 @@ namespace fs = std::filesystem;
 
 std::unique_ptr<Uniform> uniform(const std::string& name, double b) {
     auto u = std::make_unique<Uniform>();
-    u->name = name;
+    EXPECT_EQ(u->setName(name), 1);
     u->clear();
-    u->addInterval(std::make_unique<Interval>(0.0, b, 1.0));
+    EXPECT_EQ(u->addInterval(std::make_unique<Interval>(0.0, b, 1.0)), 1);
     return u;
 }
 
@@ -65,8 +65,8 @@ void checkFailedSavesKeepTheFormerFile(const std::string& format, const Save& sa
 TEST(SaveFailure, EveryFormatKeepsItsFormerFile) {
     checkFailedSavesKeepTheFormerFile(".fac", [](const std::string& path, int version) {
         FactorList list;
-        list.addFactor(uniform("a", 1.0 + version));
-        list.addFactor(uniform("b", 2.0));
+        EXPECT_EQ(list.addFactor(uniform("a", 1.0 + version)), 1);
+        EXPECT_EQ(list.addFactor(uniform("b", 2.0)), 1);
         std::string error;
         return saveFactorFile(path, list, error);
     });
@@ -77,19 +77,19 @@ TEST(SaveFailure, EveryFormatKeepsItsFormerFile) {
     });
     checkFailedSavesKeepTheFormerFile(".sam", [](const std::string& path, int version) {
         PrepConfiguration config;
-        config.factors.addFactor(uniform("a", 1.0));
-        config.factors.addFactor(uniform("b", 3.0));
+        EXPECT_EQ(config.factors.addFactor(uniform("a", 1.0)), 1);
+        EXPECT_EQ(config.factors.addFactor(uniform("b", 3.0)), 1);
         auto random = std::make_unique<RandomSampler>();
-        random->setSamples(200);
-        random->setSeed(7 + version);
+        EXPECT_EQ(random->setSamples(200), 1);
+        EXPECT_EQ(random->setSeed(7 + version), 1);
         config.sampler = std::move(random);
-        if (runGeneration(config, nullptr) != kGenerationDone) return 0;
+        if (runGeneration(config, nullptr).result != kGenerationDone) return 0;
         return config.writeSampleFile(path);
     });
     checkFailedSavesKeepTheFormerFile(".imd", [](const std::string& path, int version) {
         InternalModel model;
-        model.addVariable("x");
-        model.addExpression(0, "y", version == 0 ? "x*2" : "x*x + sin(x) / 3", 1);
+        EXPECT_EQ(model.addVariable("x"), 1);
+        EXPECT_EQ(model.addExpression(0, "y", version == 0 ? "x*2" : "x*x + sin(x) / 3", 1), 1);
         return model.writeFile(path);
     });
     checkFailedSavesKeepTheFormerFile("config.dat", [](const std::string& path, int version) {

@@ -46,10 +46,10 @@ int startIn(const Installation& inst, Environment& env, std::string* errText = n
     CurrentDirGuard here(inst.work.path());
     EnvironmentStart start;
     std::ostringstream err;
-    start.run(err, env);
+    const int proceed = start.run(err, env);
     if (errText) *errText = err.str();
     if (out) *out = start;
-    return start.proceed;
+    return proceed;
 }
 
 }  // namespace

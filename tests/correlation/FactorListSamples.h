@@ -26,14 +26,14 @@ namespace tarvex::test {
 // test starts and ends with the usual ones.
 class DefaultTruncationsGuard : public ::testing::Test {
 protected:
-    void SetUp() override { TruncatedDistribution::setDefaultTruncations(0.001, 0.999); }
-    void TearDown() override { TruncatedDistribution::setDefaultTruncations(0.001, 0.999); }
+    void SetUp() override { EXPECT_EQ(TruncatedDistribution::setDefaultTruncations(0.001, 0.999), 1); }
+    void TearDown() override { EXPECT_EQ(TruncatedDistribution::setDefaultTruncations(0.001, 0.999), 1); }
 };
 
 template <class T>
 std::unique_ptr<T> named(const char* name) {
     auto f = std::make_unique<T>();
-    f->name = name;
+    EXPECT_EQ(f->setName(name), 1);
     return f;
 }
 
@@ -44,55 +44,55 @@ std::unique_ptr<T> named(const char* name) {
 inline FactorList everyKindList() {
     FactorList list;
     auto n = named<Normal>("norm");
-    n->note = "  blanks kept  ";
-    n->setMean(1.23456789);
-    n->setStdDeviation(0.5);
-    n->setTruncations(0.01, 0.98);
-    list.addFactor(std::move(n));
+    EXPECT_EQ(n->setNote("  blanks kept  "), 1);
+    EXPECT_EQ(n->setMean(1.23456789), 1);
+    EXPECT_EQ(n->setStdDeviation(0.5), 1);
+    EXPECT_EQ(n->setTruncations(0.01, 0.98), 1);
+    EXPECT_EQ(list.addFactor(std::move(n)), 1);
     auto ln = named<LogNormal>("logn");
-    ln->setMean(-1.0);
-    ln->setStdDeviation(0.25);
-    list.addFactor(std::move(ln));
+    EXPECT_EQ(ln->setMean(-1.0), 1);
+    EXPECT_EQ(ln->setStdDeviation(0.25), 1);
+    EXPECT_EQ(list.addFactor(std::move(ln)), 1);
     auto e = named<Exponential>("expo");
-    e->setLambda(3.0);
-    e->setB(1.5);
-    list.addFactor(std::move(e));
+    EXPECT_EQ(e->setLambda(3.0), 1);
+    EXPECT_EQ(e->setB(1.5), 1);
+    EXPECT_EQ(list.addFactor(std::move(e)), 1);
     auto g = named<Gamma>("gam");
-    g->setR(2.5);
-    g->setLambda(4.0);
+    EXPECT_EQ(g->setR(2.5), 1);
+    EXPECT_EQ(g->setLambda(4.0), 1);
     g->setRightTruncation(0.95);
-    list.addFactor(std::move(g));
+    EXPECT_EQ(list.addFactor(std::move(g)), 1);
     auto w = named<Weibull>("weib");
-    w->setBeta(0.75);
-    w->setN(12.0);
-    list.addFactor(std::move(w));
+    EXPECT_EQ(w->setBeta(0.75), 1);
+    EXPECT_EQ(w->setN(12.0), 1);
+    EXPECT_EQ(list.addFactor(std::move(w)), 1);
     auto b = named<Beta>("bet");
-    b->setParameters(0.5, 1.5, -2.0, 3.0);
-    list.addFactor(std::move(b));
+    EXPECT_EQ(b->setParameters(0.5, 1.5, -2.0, 3.0), 1);
+    EXPECT_EQ(list.addFactor(std::move(b)), 1);
     auto t = named<Triangular>("tri");
-    t->setParameters(-1.0, 0.1, 4.0);
-    list.addFactor(std::move(t));
+    EXPECT_EQ(t->setParameters(-1.0, 0.1, 4.0), 1);
+    EXPECT_EQ(list.addFactor(std::move(t)), 1);
     auto c = named<Constant>("konst");
     c->value = 299792458.0;
-    list.addFactor(std::move(c));
+    EXPECT_EQ(list.addFactor(std::move(c)), 1);
     auto u = named<Uniform>("unif");
     u->clear();
-    u->addInterval(std::make_unique<Interval>(0.0, 1.0, 0.3));
-    u->addInterval(std::make_unique<Interval>(2.0, 2.5, 0.7));
-    list.addFactor(std::move(u));
+    EXPECT_EQ(u->addInterval(std::make_unique<Interval>(0.0, 1.0, 0.3)), 1);
+    EXPECT_EQ(u->addInterval(std::make_unique<Interval>(2.0, 2.5, 0.7)), 1);
+    EXPECT_EQ(list.addFactor(std::move(u)), 1);
     auto lu = named<LogUniform>("logu");
     lu->clear();
-    lu->addInterval(std::make_unique<LogInterval>(1e-3, 1e-1, 1.0));
-    list.addFactor(std::move(lu));
+    EXPECT_EQ(lu->addInterval(std::make_unique<LogInterval>(1e-3, 1e-1, 1.0)), 1);
+    EXPECT_EQ(list.addFactor(std::move(lu)), 1);
     auto d = named<Discrete>("disc");
     d->clear();
-    d->addPoint(std::make_unique<Interval>(1.0, 2.0, 0.2));
-    d->addPoint(std::make_unique<Interval>(2.0, 3.0, 0.3));
-    d->addPoint(std::make_unique<Interval>(3.0, 4.0, 0.5));
-    list.addFactor(std::move(d));
+    EXPECT_EQ(d->addPoint(std::make_unique<Interval>(1.0, 2.0, 0.2)), 1);
+    EXPECT_EQ(d->addPoint(std::make_unique<Interval>(2.0, 3.0, 0.3)), 1);
+    EXPECT_EQ(d->addPoint(std::make_unique<Interval>(3.0, 4.0, 0.5)), 1);
+    EXPECT_EQ(list.addFactor(std::move(d)), 1);
     auto r = named<Relation>("rel");
     EXPECT_EQ(r->setExpression("norm * 2 + konst"), 1);
-    list.addFactor(std::move(r));
+    EXPECT_EQ(list.addFactor(std::move(r)), 1);
 
     EXPECT_EQ(list.linkFactor(1, 0, 0.5), 1);
     EXPECT_EQ(list.linkFactor(3, 0, -0.3), 1);

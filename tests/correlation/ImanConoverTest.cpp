@@ -66,7 +66,7 @@ TEST(ImanConover, IdentityGivesIndependentShuffledColumns) {
     ImanConover ic(id.data(), 3, 3000);
     ASSERT_EQ(ic.isValid(), 1);
     for (int i = 0; i < 3; ++i)
-        for (int j = 0; j < 3; ++j) EXPECT_EQ(ic.cholesky[size_t(i * 3 + j)], i == j ? 1.0 : 0.0);
+        for (int j = 0; j < 3; ++j) EXPECT_EQ(ic.cholesky()[size_t(i * 3 + j)], i == j ? 1.0 : 0.0);
     for (int c = 0; c < 3; ++c) EXPECT_TRUE(isPermutation(ic, c));
     EXPECT_NEAR(spearman(ic, 0, 1), 0.0, 0.1);
     EXPECT_NEAR(spearman(ic, 1, 2), 0.0, 0.1);
@@ -85,7 +85,7 @@ TEST(ImanConover, CholeskyMatchesEigenTransposed) {
         for (int j = 0; j < 3; ++j) a(i, j) = double(m[size_t(i * 3 + j)]);
     const Eigen::Matrix3d lower = a.llt().matrixL();
     for (int i = 0; i < 3; ++i)
-        for (int j = 0; j < 3; ++j) EXPECT_NEAR(preview.cholesky[size_t(j * 3 + i)], lower(i, j), 1e-14);
+        for (int j = 0; j < 3; ++j) EXPECT_NEAR(preview.cholesky()[size_t(j * 3 + i)], lower(i, j), 1e-14);
     EXPECT_EQ(preview.rankOf(0, 0), 0);
 }
 
@@ -96,7 +96,6 @@ TEST(ImanConover, NotPositiveSemidefiniteFails) {
     EXPECT_EQ(preview.isValid(), 0);
     ImanConover ic(m.data(), 3, 100);
     EXPECT_EQ(ic.isValid(), 0);
-    EXPECT_EQ(ic.failed, 1);
     for (int32_t r = 0; r < 100; ++r) EXPECT_EQ(ic.rankOf(1, r), 0);
 }
 
@@ -105,7 +104,7 @@ TEST(ImanConover, CorrelationOfOnePassesAndFinishes) {
     const std::vector<float> m = matrix2(1.0f);
     ImanConover preview(m.data(), 2);
     EXPECT_EQ(preview.isValid(), 1);
-    EXPECT_EQ(preview.cholesky[3], 0.0);
+    EXPECT_EQ(preview.cholesky()[3], 0.0);
     ImanConover ic(m.data(), 2, 500);
     EXPECT_EQ(ic.isValid(), 1);
     EXPECT_TRUE(isPermutation(ic, 0));

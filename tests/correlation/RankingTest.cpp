@@ -87,7 +87,7 @@ TEST(SteinRanks, RanksWithinReplicateBlocks) {
 
     SteinRanks tooFew(reader, 5, 2, 6, 6, 1);
     EXPECT_EQ(tooFew.isValid(), 0);
-    EXPECT_EQ(tooFew.errorText,
+    EXPECT_EQ(tooFew.errorText(),
               "The Stein correlation sample is smaller than the sample to generate.\nNo correlation can be calculated.");
     SteinRanks unreadable([](int32_t, double*) { return 0; }, 5, 2, 3, 3, 1);
     EXPECT_EQ(unreadable.isValid(), 0);

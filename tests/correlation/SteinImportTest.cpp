@@ -7,6 +7,7 @@
 #include "FactorListSamples.h"
 #include "TestSupport.h"
 #include "correlation/FactorFile.h"
+#include "factors/FactorName.h"
 
 namespace tarvex {
 namespace {
@@ -35,15 +36,15 @@ Uniform* uniformAt(const FactorList& list, int i) {
 
 TEST_F(SteinImport, FullImportBuildsEmpiricalUniforms) {
     FactorList list;
-    list.addFactor(named<Normal>("old"));
-    list.addFactor(named<Normal>("old2"));
-    list.addFactor(named<Normal>("old3"));
+    ASSERT_EQ(list.addFactor(named<Normal>("old")), 1);
+    ASSERT_EQ(list.addFactor(named<Normal>("old2")), 1);
+    ASSERT_EQ(list.addFactor(named<Normal>("old3")), 1);
     // Three columns: distinct values, a repeated first value, a repeated last.
     const std::string path = file("3\n3 trailing words\nx\ny\nz\n3 1 1\n1 2 2\n2 1 2\n");
-    ASSERT_EQ(list.importStein(path, 1), 1) << list.errorText;
+    ASSERT_EQ(list.importStein(path, 1), 1) << list.errorText();
     ASSERT_EQ(list.factorCount(), 3);
-    EXPECT_EQ(list.getFactor(0)->name, "x");
-    EXPECT_EQ(list.getFactor(2)->typeName, "Uniform");
+    EXPECT_EQ(list.getFactor(0)->name(), "x");
+    EXPECT_EQ(list.getFactor(2)->typeName(), "Uniform");
     EXPECT_EQ(list.steinFileName, path);
     EXPECT_EQ(list.correlationMode, 2);  // a full import sets no Stein correlation
     EXPECT_EQ(list.correlatableCount(), 3);
@@ -85,7 +86,7 @@ TEST_F(SteinImport, FullImportBuildsEmpiricalUniforms) {
 TEST_F(SteinImport, LongerColumnsSumToOne) {
     FactorList list;
     // 1, 1, 2, 3, 3, 3: [1,2] 2/5, [2,3] 1/5 grown by 2/5 at the end.
-    ASSERT_EQ(list.importStein(file("6\n1\nv\n1\n3\n1\n3\n2\n3\n"), 1), 1) << list.errorText;
+    ASSERT_EQ(list.importStein(file("6\n1\nv\n1\n3\n1\n3\n2\n3\n"), 1), 1) << list.errorText();
     Uniform* v = uniformAt(list, 0);
     ASSERT_EQ(v->count(), 2);
     EXPECT_DOUBLE_EQ(v->intervalAt(0)->weight, 0.4);
@@ -95,12 +96,12 @@ TEST_F(SteinImport, LongerColumnsSumToOne) {
 
 TEST_F(SteinImport, AttachKeepsFactorsAndSetsSteinMode) {
     FactorList list;
-    list.addFactor(named<Normal>("a"));
-    list.addFactor(named<Gamma>("b"));
-    ASSERT_EQ(list.importStein(file("2\n2\nfirst\nsecond\n0.5 7\n-1e3 8.25\n"), 2), 1) << list.errorText;
+    ASSERT_EQ(list.addFactor(named<Normal>("a")), 1);
+    ASSERT_EQ(list.addFactor(named<Gamma>("b")), 1);
+    ASSERT_EQ(list.importStein(file("2\n2\nfirst\nsecond\n0.5 7\n-1e3 8.25\n"), 2), 1) << list.errorText();
     EXPECT_EQ(list.factorCount(), 2);
-    EXPECT_EQ(list.getFactor(0)->typeName, "Normal");
-    EXPECT_EQ(list.getFactor(1)->name, "b");
+    EXPECT_EQ(list.getFactor(0)->typeName(), "Normal");
+    EXPECT_EQ(list.getFactor(1)->name(), "b");
     EXPECT_EQ(list.correlationMode, 3);
     EXPECT_EQ(list.steinInfo.value(1, 0), -1000.0);
     EXPECT_EQ(list.steinInfo.value(1, 1), 8.25);
@@ -112,46 +113,42 @@ TEST_F(SteinImport, AttachKeepsFactorsAndSetsSteinMode) {
 }
 
 TEST_F(SteinImport, Messages) {
+    // Each import into a list of its own, so that every message is that import's.
+    auto refusal = [](const std::string& path) {
+        FactorList list;
+        EXPECT_EQ(list.addFactor(named<Normal>("a")), 1);
+        EXPECT_EQ(list.addFactor(named<Normal>("b")), 1);
+        EXPECT_EQ(list.importStein(path, 2), 0) << path;
+        return list.errorText();
+    };
+    EXPECT_EQ(refusal(dir_.file("missing.txt")), kNoFactors);
+    EXPECT_EQ(refusal(file("0\n2\na\nb\n")), kNoFactors);
+    EXPECT_EQ(refusal(file("rows\n")), kNoFactors);
+    EXPECT_EQ(refusal(file("2\n-1\n")), kNoFactors);
+    EXPECT_EQ(refusal(file("2\n2\na\n1b\n1 2\n3 4\n")), kCorrupt);
+    EXPECT_EQ(refusal(file("2\n2\na\n\n1 2\n3 4\n")), kCorrupt);
+    EXPECT_EQ(refusal(file("2\n2\na\n_b\n1 2\n3 4\n")), kCorrupt);
+    EXPECT_EQ(refusal(file("2\n2\na\nb\n1 2\n3\n")), kCorrupt);
+    EXPECT_EQ(refusal(file("2\n2\na\nb\n1 2\n3 x\n")), kCorrupt);
+    EXPECT_EQ(refusal(file("2\n2\na\n" + std::string(256, 'n') + "\n1 2\n3 4\n")), kCorrupt);
+
     FactorList list;
-    list.addFactor(named<Normal>("a"));
-    list.addFactor(named<Normal>("b"));
-
-    EXPECT_EQ(list.importStein(dir_.file("missing.txt"), 2), 0);
-    EXPECT_EQ(list.errorText, kNoFactors);
-    list.errorText.clear();
-    EXPECT_EQ(list.importStein(file("0\n2\na\nb\n"), 2), 0);
-    EXPECT_EQ(list.errorText, kNoFactors);
-    list.errorText.clear();
-    EXPECT_EQ(list.importStein(file("rows\n"), 2), 0);
-    EXPECT_EQ(list.errorText, kNoFactors);
-    list.errorText.clear();
-    EXPECT_EQ(list.importStein(file("2\n-1\n"), 2), 0);
-    EXPECT_EQ(list.errorText, kNoFactors);
-
+    ASSERT_EQ(list.addFactor(named<Normal>("a")), 1);
+    ASSERT_EQ(list.addFactor(named<Normal>("b")), 1);
     EXPECT_EQ(list.importStein(file("2\n3\na\nb\nc\n1 2 3\n4 5 6\n"), 2), 0);
-    EXPECT_EQ(list.errorText, kCount);
+    EXPECT_EQ(list.errorText(), kCount);
     EXPECT_EQ(list.factorCount(), 2);
     EXPECT_EQ(list.correlationMode, 2);
     EXPECT_FALSE(list.hasStein());
 
-    list.errorText.clear();
-    EXPECT_EQ(list.importStein(file("2\n2\na\n1b\n1 2\n3 4\n"), 2), 0);
-    EXPECT_EQ(list.errorText, kCorrupt);
-    list.errorText.clear();
-    EXPECT_EQ(list.importStein(file("2\n2\na\n\n1 2\n3 4\n"), 2), 0);
-    EXPECT_EQ(list.errorText, kCorrupt);
-    list.errorText.clear();
-    EXPECT_EQ(list.importStein(file("2\n2\na\n_b\n1 2\n3 4\n"), 2), 0);
-    EXPECT_EQ(list.errorText, kCorrupt);
-    list.errorText.clear();
-    EXPECT_EQ(list.importStein(file("2\n2\na\nb\n1 2\n3\n"), 2), 0);
-    EXPECT_EQ(list.errorText, kCorrupt);
-    list.errorText.clear();
-    EXPECT_EQ(list.importStein(file("2\n2\na\nb\n1 2\n3 x\n"), 2), 0);
-    EXPECT_EQ(list.errorText, kCorrupt);
-    list.errorText.clear();
-    EXPECT_EQ(list.importStein(file("2\n2\na\n" + std::string(256, 'n') + "\n1 2\n3 4\n"), 2), 0);
-    EXPECT_EQ(list.errorText, kCorrupt);
+    // A full import names factors: only names their factor file gives back.
+    FactorList full;
+    EXPECT_EQ(full.importStein(file("1\n2\nabcdefghijklmnopqrs\nabcdefghijklmnopqrst\n1 2\n"), 1), 0);
+    EXPECT_EQ(full.errorText(), "Error loading stein file. Wrong factor name, The name can hold at most 19 characters.");
+    EXPECT_EQ(full.importStein(file("1\n1\na.b\n1\n"), 1), 0);
+    EXPECT_EQ(full.errorText(), std::string("Error loading stein file. ") + kWrongFactorNameText);
+    EXPECT_EQ(full.importStein(file("1\n1\nab cd\n1\n"), 1), 0);
+    EXPECT_EQ(full.errorText(), std::string("Error loading stein file. ") + kWrongFactorNameText);
 
     // Mode 0 attaches without comparing the counts.
     ASSERT_EQ(list.importStein(file("1\n3\na\nb\nc\n1 2 3\n"), 0), 1);
@@ -162,7 +159,7 @@ TEST_F(SteinImport, Messages) {
 TEST_F(SteinImport, ConstantColumnStopsTheFullImport) {
     FactorList list;
     EXPECT_EQ(list.importStein(file("3\n2\nfine\nflat\n1 4\n2 4\n3 4\n"), 1), 0);
-    EXPECT_NE(list.errorText.find("Error loading stein file."), std::string::npos);
+    EXPECT_NE(list.errorText().find("Error loading stein file."), std::string::npos);
     // The state reached stays: the first column's distribution is built.
     ASSERT_EQ(list.factorCount(), 2);
     EXPECT_EQ(uniformAt(list, 0)->count(), 2);

@@ -282,7 +282,8 @@ TEST(CompiledExpression, StaticFailuresHappenEveryRowAfterTheirPrefix) {
     }
     // Nesting beyond the limit reports on standard error each time, as the
     // text does.
-    const std::string deep = std::string(38, '(') + "a" + std::string(38, ')');
+    std::string deep(38, '(');
+    deep.append("a").append(38, ')');
     c.compile(names, deep);
     testing::internal::CaptureStderr();
     expectSame(c, names, {1.0}, deep);

@@ -41,31 +41,31 @@ std::unique_ptr<Factor> readRecord(const std::string& text, bool* ok) {
 
 TEST(FactorRecord, LayoutPerKind) {
     Normal n;
-    n.name = "x1";
-    n.note = "  spaced note ";
-    n.setMean(1.23456789);
-    n.setStdDeviation(2.0);
+    EXPECT_EQ(n.setName("x1"), 1);
+    EXPECT_EQ(n.setNote("  spaced note "), 1);
+    EXPECT_EQ(n.setMean(1.23456789), 1);
+    EXPECT_EQ(n.setStdDeviation(2.0), 1);
     EXPECT_EQ(recordOf(n), "Normal\nx1\n  spaced note \n1\t1.23457\t2\t0.001\t0.999\n");
 
     LogNormal ln;
-    ln.setMean(-0.5);
+    ASSERT_EQ(ln.setMean(-0.5), 1);
     EXPECT_EQ(recordOf(ln), "LogNormal\nnonameLogNorm\n\n1\t-0.5\t1\t0.001\t0.999\n");
 
     Exponential e;
-    e.setLambda(2.5);
-    e.setB(1.0);
-    e.setRightTruncation(0.99);
+    ASSERT_EQ(e.setLambda(2.5), 1);
+    ASSERT_EQ(e.setB(1.0), 1);
+    ASSERT_EQ(e.setRightTruncation(0.99), 1);
     EXPECT_EQ(recordOf(e), "Exponential\nnonameExpo\n\n1\t2.5\t1\t0.99\n");
 
     Gamma g;
-    g.setR(3.0);
-    g.setLambda(0.5);
+    ASSERT_EQ(g.setR(3.0), 1);
+    ASSERT_EQ(g.setLambda(0.5), 1);
     EXPECT_EQ(recordOf(g), "Gamma\nnonameGamma\n\n1\t3\t0.5\t0\t0.999\n");
 
     Weibull w;
-    w.setBeta(1.5);
-    w.setN(2.0);
-    w.setB(0.25);
+    ASSERT_EQ(w.setBeta(1.5), 1);
+    ASSERT_EQ(w.setN(2.0), 1);
+    ASSERT_EQ(w.setB(0.25), 1);
     EXPECT_EQ(recordOf(w), "Weibull\nnonameWeib\n\n1\t1.5\t2\t0.25\t0.999\n");
 
     Beta b;
@@ -102,8 +102,8 @@ TEST(FactorRecord, ReadsBackEveryKind) {
     ASSERT_TRUE(ok);
     auto* g = dynamic_cast<Gamma*>(f.get());
     ASSERT_NE(g, nullptr);
-    EXPECT_EQ(g->name, "g1");
-    EXPECT_EQ(g->note, "my note");
+    EXPECT_EQ(g->name(), "g1");
+    EXPECT_EQ(g->note(), "my note");
     EXPECT_EQ(g->status, 7);
     EXPECT_EQ(g->getR(), 3.0);
     EXPECT_EQ(g->getLambda(), 0.5);
@@ -136,8 +136,8 @@ TEST(FactorRecord, ReadsBackEveryKind) {
     f = readRecord("Relation\nr\n\n1\nx * y\n\n", &ok);
     ASSERT_TRUE(ok);
     auto* r = dynamic_cast<Relation*>(f.get());
-    EXPECT_EQ(r->expression, "x * y");
-    EXPECT_EQ(r->factorNames, (std::vector<std::string>{"x", "y"}));
+    EXPECT_EQ(r->expression(), "x * y");
+    EXPECT_EQ(r->factorNames(), (std::vector<std::string>{"x", "y"}));
 }
 
 TEST(FactorRecord, NameRules) {
@@ -145,14 +145,14 @@ TEST(FactorRecord, NameRules) {
     // A name of 19 characters is the longest a file holds.
     auto f = readRecord("Constant\nabcdefghijklmnopqrs\n\n1\t2\n", &ok);
     EXPECT_TRUE(ok);
-    EXPECT_EQ(f->name, "abcdefghijklmnopqrs");
+    EXPECT_EQ(f->name(), "abcdefghijklmnopqrs");
     readRecord("Constant\nabcdefghijklmnopqrst\n\n1\t2\n", &ok);
     EXPECT_FALSE(ok);
 
     // The first word is the name; an empty line has none.
     f = readRecord("Constant\n  two words\n\n1\t2\n", &ok);
     EXPECT_TRUE(ok);
-    EXPECT_EQ(f->name, "two");
+    EXPECT_EQ(f->name(), "two");
     readRecord("Constant\n   \n\n1\t2\n", &ok);
     EXPECT_FALSE(ok);
 
@@ -180,16 +180,68 @@ TEST(FactorRecord, NameRules) {
     EXPECT_FALSE(ok);
 }
 
+// Whatever the setters accept, the reader gives back; one character more is
+// refused where it enters, and the factor keeps what it had.
+TEST(FactorRecord, LongestAcceptedTextsReadBack) {
+    const std::string name19 = "abcdefghijklmnopqrs";
+    const std::string note254 = " " + std::string(252, 'n') + " ";
+    // x + 1 spread over 254 characters.
+    const std::string expression254 = "x" + std::string(251, ' ') + "+1";
+    ASSERT_EQ(note254.size(), 254u);
+    ASSERT_EQ(expression254.size(), 254u);
+
+    Relation r;
+    ASSERT_EQ(r.setName(name19), 1);
+    ASSERT_EQ(r.setNote(note254), 1);
+    ASSERT_EQ(r.setExpression(expression254), 1);
+    bool ok = false;
+    auto back = readRecord(recordOf(r), &ok);
+    ASSERT_TRUE(ok);
+    auto* rb = dynamic_cast<Relation*>(back.get());
+    ASSERT_NE(rb, nullptr);
+    EXPECT_EQ(rb->name(), name19);
+    EXPECT_EQ(rb->note(), note254);
+    EXPECT_EQ(rb->expression(), expression254);
+    const double x = 2.5;
+    EXPECT_EQ(rb->evaluate(1, {"x"}, &x), 3.5);
+
+    struct Refused {
+        int (*set)(Relation&, const std::string&);
+        std::string value;
+        const char* text;
+    };
+    auto setName = [](Relation& f, const std::string& v) { return f.setName(v); };
+    auto setNote = [](Relation& f, const std::string& v) { return f.setNote(v); };
+    auto setExpression = [](Relation& f, const std::string& v) { return f.setExpression(v); };
+    const Refused refused[] = {
+        {setName, name19 + "t", kFactorNameTooLongText},
+        {setName, "a\tb", kWrongFactorNameText},  // the reader keeps the first word only
+        {setName, "a.b", kWrongFactorNameText},
+        {setName, "", kWrongFactorNameText},
+        {setNote, note254 + "n", kNoteTooLongText},
+        {setNote, "two\nlines", kNoteTooLongText},
+        {setNote, "ends in a return\r", kNoteTooLongText},
+        {setExpression, "x" + std::string(252, ' ') + "+1", kRelationTooLongText},
+        {setExpression, "x +\n1", kRelationTooLongText},
+    };
+    for (const Refused& c : refused) {
+        Relation fresh(r);  // each refusal on a factor that has said nothing yet
+        EXPECT_EQ(c.set(fresh, c.value), 0) << c.value;
+        EXPECT_EQ(fresh.errorText(), c.text) << c.value;
+        EXPECT_EQ(recordOf(fresh), recordOf(*rb)) << c.value;
+    }
+}
+
 TEST(FactorRecord, TriangularOutOfOrderKeepsLoading) {
     bool ok = false;
     auto f = readRecord("Triangular\nt\n\n1\t0\t5\t2\n", &ok);
     EXPECT_TRUE(ok);
     auto* t = dynamic_cast<Triangular*>(f.get());
-    EXPECT_EQ(t->errorText, "Wrong values assigned to the distribution definition interval: check alfa beta and gamma");
+    EXPECT_EQ(t->errorText(), "Wrong values assigned to the distribution definition interval: check alfa beta and gamma");
     EXPECT_EQ(t->getAlfa(), 0.0);
     EXPECT_EQ(t->getBeta(), 1.0);
     EXPECT_EQ(t->getGamma(), 2.0);
-    EXPECT_EQ(t->name, "t");
+    EXPECT_EQ(t->name(), "t");
 }
 
 TEST(FactorName, ForbiddenCharactersAreLatin1Bytes) {
@@ -211,7 +263,7 @@ TEST(FactorKinds, NamesInFileOrderAndDummyRefused) {
                           "LogUniform", "Triangular", "Uniform", "Discrete"}) {
         auto f = newReadableFactor(t);
         ASSERT_NE(f, nullptr) << t;
-        EXPECT_EQ(f->typeName, t);
+        EXPECT_EQ(f->typeName(), t);
     }
     EXPECT_EQ(newReadableFactor("Dummy"), nullptr);
     EXPECT_EQ(newReadableFactor("normal"), nullptr);

@@ -46,15 +46,15 @@ TEST(FactorFamily, TypeCodesNamesAndDefaults) {
     };
     for (const Row& r : rows) {
         EXPECT_EQ(r.f->getType(), r.code) << r.type;
-        EXPECT_EQ(r.f->typeName, r.type);
-        EXPECT_EQ(r.f->name, r.name);
-        EXPECT_EQ(r.f->errorText, "No errors");
+        EXPECT_EQ(r.f->typeName(), r.type);
+        EXPECT_EQ(r.f->name(), r.name);
+        EXPECT_EQ(r.f->errorText(), "No errors");
         EXPECT_EQ(r.f->status, 1);
-        EXPECT_EQ(r.f->note, "");
+        EXPECT_EQ(r.f->note(), "");
         // clone keeps the class
         auto c = r.f->clone();
         EXPECT_EQ(c->getType(), r.code);
-        EXPECT_EQ(c->typeName, r.type);
+        EXPECT_EQ(c->typeName(), r.type);
     }
 
     Normal n;
@@ -117,32 +117,33 @@ TEST(FactorFamily, TypeCodesNamesAndDefaults) {
 
 TEST(FactorFamily, CopyTakesNameNoteAndParametersButNotStatusOrTable) {
     Gamma g;
-    g.name = "rain";
-    g.note = "  spaced note ";
+    EXPECT_EQ(g.setName("rain"), 1);
+    EXPECT_EQ(g.setNote("  spaced note "), 1);
     g.status = 9;
-    g.errorText = "old failure";
+    ASSERT_EQ(g.setR(-1.0), 0);
+    ASSERT_EQ(g.errorText(), "r must be > 0");
     ASSERT_EQ(g.setR(2.5), 1);
     ASSERT_EQ(g.setLambda(3.0), 1);
     ASSERT_EQ(g.setB(0.5), 1);
     ASSERT_EQ(g.setRightTruncation(0.9), 1);
     ASSERT_EQ(g.prepareInverse(), 1);
     Gamma c(g);
-    EXPECT_EQ(c.name, "rain");
-    EXPECT_EQ(c.note, "  spaced note ");
+    EXPECT_EQ(c.name(), "rain");
+    EXPECT_EQ(c.note(), "  spaced note ");
     EXPECT_EQ(c.status, 1);
-    EXPECT_EQ(c.errorText, "No errors");
+    EXPECT_EQ(c.errorText(), "No errors");
     EXPECT_EQ(c.getR(), 2.5);
     EXPECT_EQ(c.getLambda(), 3.0);
     EXPECT_EQ(c.getB(), 0.5);
     EXPECT_EQ(c.getRightTruncation(), 0.9);
     EXPECT_EQ(c.getLeftTruncation(), 0.0);
     EXPECT_NEAR(c.getGammaOfR(), std::tgamma(2.5), 1e-14);
-    EXPECT_EQ(g.table.size(), 101u);
-    EXPECT_TRUE(c.table.empty());
+    EXPECT_EQ(g.table().size(), 101u);
+    EXPECT_TRUE(c.table().empty());
 
     Normal n;
     ASSERT_EQ(n.setTruncations(0.1, 0.8), 1);
-    n.setMean(4.0);
+    ASSERT_EQ(n.setMean(4.0), 1);
     ASSERT_EQ(n.setStdDeviation(2.0), 1);
     auto nc = n.clone();
     auto* ncp = dynamic_cast<Normal*>(nc.get());
@@ -184,16 +185,16 @@ TEST(FactorFamily, ParameterSettersAndTheirTexts) {
     // {setter result, expected text}; a failure leaves the field as it was.
     Exponential e;
     EXPECT_EQ(e.setLambda(0.0), 0);
-    EXPECT_EQ(e.errorText, "Lambda must be > 0");
+    EXPECT_EQ(e.errorText(), "Lambda must be > 0");
     EXPECT_EQ(e.setLambda(kNaN), 0);
     EXPECT_EQ(e.getLambda(), 1.0);
     EXPECT_EQ(e.setLambda(2.0), 1);
-    EXPECT_EQ(e.errorText, "Lambda must be > 0");  // success leaves the text
+    EXPECT_EQ(e.errorText(), "Lambda must be > 0");  // success leaves the text
     EXPECT_EQ(e.setB(-1e-9), 0);
-    EXPECT_EQ(e.errorText, "b must be >= 0");
+    EXPECT_EQ(e.errorText(), "b must be >= 0");
     EXPECT_EQ(e.setB(0.0), 1);
     EXPECT_EQ(e.setRightTruncation(1.0), 0);
-    EXPECT_EQ(e.errorText, "Truncation must be between 0 and 1");
+    EXPECT_EQ(e.errorText(), "Truncation must be between 0 and 1");
     EXPECT_EQ(e.setRightTruncation(0.0), 0);
     EXPECT_EQ(e.getRightTruncation(), 0.999);
     EXPECT_EQ(e.setRightTruncation(0.5), 1);
@@ -201,20 +202,20 @@ TEST(FactorFamily, ParameterSettersAndTheirTexts) {
 
     Gamma g;
     EXPECT_EQ(g.setR(0.0), 0);
-    EXPECT_EQ(g.errorText, "r must be > 0");
+    EXPECT_EQ(g.errorText(), "r must be > 0");
     EXPECT_EQ(g.setR(4.0), 1);
     EXPECT_NEAR(g.getGammaOfR(), 6.0, 1e-13);
     EXPECT_EQ(g.setLambda(0.0), 0);  // the text says >= 0, zero is refused all the same
-    EXPECT_EQ(g.errorText, "Lambda must be >= 0");
+    EXPECT_EQ(g.errorText(), "Lambda must be >= 0");
     EXPECT_EQ(g.getLambda(), 1.0);
     EXPECT_EQ(g.setB(-2.0), 0);
-    EXPECT_EQ(g.errorText, "b must be >= 0");
+    EXPECT_EQ(g.errorText(), "b must be >= 0");
     EXPECT_EQ(g.setRightTruncation(1.5), 0);
-    EXPECT_EQ(g.errorText, "Truncation must be between 0 and 1");
+    EXPECT_EQ(g.errorText(), "Truncation must be between 0 and 1");
 
     for (Normal* n : {static_cast<Normal*>(new Normal), static_cast<Normal*>(new LogNormal)}) {
         EXPECT_EQ(n->setStdDeviation(-0.1), 0);
-        EXPECT_EQ(n->errorText, "Standard deviation must be >= 0");
+        EXPECT_EQ(n->errorText(), "Standard deviation must be >= 0");
         EXPECT_EQ(n->setStdDeviation(0.0), 1);
         EXPECT_EQ(n->getStdDeviation(), 0.0);
         delete n;
@@ -222,35 +223,35 @@ TEST(FactorFamily, ParameterSettersAndTheirTexts) {
 
     Weibull w;
     EXPECT_EQ(w.setBeta(0.0), 0);
-    EXPECT_EQ(w.errorText, "Beta must be > 0");
+    EXPECT_EQ(w.errorText(), "Beta must be > 0");
     EXPECT_EQ(w.setN(-1.0), 0);
-    EXPECT_EQ(w.errorText, "n must be > 0");
+    EXPECT_EQ(w.errorText(), "n must be > 0");
     EXPECT_EQ(w.setB(-1.0), 0);
-    EXPECT_EQ(w.errorText, "b must be >= 0");
+    EXPECT_EQ(w.errorText(), "b must be >= 0");
     EXPECT_EQ(w.getBeta(), 1.0);
     EXPECT_EQ(w.getN(), 1.0);
 
     Interval iv;
     EXPECT_EQ(iv.setBounds(2.0, 2.0), 0);
-    EXPECT_EQ(iv.errorText, "left bound >= of right bound");
+    EXPECT_EQ(iv.errorText(), "left bound >= of right bound");
     EXPECT_EQ(iv.left, 0.0);
     EXPECT_EQ(iv.setBounds(-3.0, -1.0), 1);
     EXPECT_EQ(iv.left, -3.0);
     LogInterval li;
     EXPECT_EQ(li.setBounds(0.0, 1.0), 0);
-    EXPECT_EQ(li.errorText, "left bound < 0");
+    EXPECT_EQ(li.errorText(), "left bound < 0");
     EXPECT_EQ(li.setBounds(3.0, 1.0), 0);
-    EXPECT_EQ(li.errorText, "left bound >= of right bound");
+    EXPECT_EQ(li.errorText(), "left bound >= of right bound");
     EXPECT_EQ(li.setBounds(0.5, 1.0), 1);
     EXPECT_EQ(li.right, 1.0);
 
     Beta b;
     EXPECT_EQ(b.setParameters(0.0, 1.0, 0.0, 1.0), 0);
-    EXPECT_EQ(b.errorText, "Wrong negative value assigned to Alfa");
+    EXPECT_EQ(b.errorText(), "Wrong negative value assigned to Alfa");
     EXPECT_EQ(b.setParameters(1.0, -1.0, 0.0, 1.0), 0);
-    EXPECT_EQ(b.errorText, "Wrong negative value assigned to Beta");
+    EXPECT_EQ(b.errorText(), "Wrong negative value assigned to Beta");
     EXPECT_EQ(b.setParameters(1.0, 1.0, 1.0, 1.0), 0);
-    EXPECT_EQ(b.errorText, "Negative or null definition interval: check a and b");
+    EXPECT_EQ(b.errorText(), "Negative or null definition interval: check a and b");
     EXPECT_EQ(b.getAlfa(), 2.0);
     EXPECT_EQ(b.setParameters(3.0, 4.0, 1.0, 2.0), 1);
     EXPECT_NEAR(b.getBetaFunction(), 2.0 * 6.0 / 720.0, 1e-16);  // B(3,4) = 2! 3! / 6!
@@ -258,7 +259,7 @@ TEST(FactorFamily, ParameterSettersAndTheirTexts) {
     Triangular t;
     for (auto [l, m, r] : {std::tuple{0.0, 0.0, 1.0}, {0.0, 1.0, 1.0}, {0.0, 2.0, 1.0}, {1.0, 0.5, 2.0}}) {
         EXPECT_EQ(t.setParameters(l, m, r), 0);
-        EXPECT_EQ(t.errorText, "Wrong values assigned to the distribution definition interval: check alfa beta and gamma");
+        EXPECT_EQ(t.errorText(), "Wrong values assigned to the distribution definition interval: check alfa beta and gamma");
     }
     EXPECT_EQ(t.getGamma(), 2.0);
 }
@@ -266,17 +267,17 @@ TEST(FactorFamily, ParameterSettersAndTheirTexts) {
 TEST(FactorFamily, TruncationSettersTestStoredValues) {
     Exponential e;
     EXPECT_EQ(e.setLeftTruncation(0.5), 0);  // stored left is 0
-    EXPECT_EQ(e.errorText, "Left truncation cannot be less than 0.001 or greater than right truncation");
+    EXPECT_EQ(e.errorText(), "Left truncation cannot be less than 0.001 or greater than right truncation");
     Gamma g;
     EXPECT_EQ(g.setLeftTruncation(0.01), 0);
     Weibull w;
     EXPECT_EQ(w.setLeftTruncation(0.01), 0);
-    EXPECT_EQ(w.errorText, "Left truncation cannot be less than 0.001 or greater than right truncation");
+    EXPECT_EQ(w.errorText(), "Left truncation cannot be less than 0.001 or greater than right truncation");
     // The inherited right setter on Weibull does not look at the argument.
     EXPECT_EQ(w.setRightTruncation(7.0), 1);
     EXPECT_EQ(w.getRightTruncation(), 7.0);
     EXPECT_EQ(w.setRightTruncation(0.5), 0);
-    EXPECT_EQ(w.errorText, "Right truncation cannot be less than left truncation or greater than 0.999");
+    EXPECT_EQ(w.errorText(), "Right truncation cannot be less than left truncation or greater than 0.999");
 
     Normal n;
     EXPECT_EQ(n.setLeftTruncation(2.0), 1);  // accepted: the stored 0.001 is fine
@@ -284,18 +285,18 @@ TEST(FactorFamily, TruncationSettersTestStoredValues) {
     EXPECT_EQ(n.setLeftTruncation(0.3), 0);  // now the stored 2.0 exceeds the right one
     EXPECT_EQ(n.getLeftTruncation(), 2.0);
     EXPECT_EQ(n.setRightTruncation(0.5), 0);  // stored right 0.999 < stored left 2.0
-    EXPECT_EQ(n.errorText, "Right truncation cannot be less than left truncation or greater than 0.999");
+    EXPECT_EQ(n.errorText(), "Right truncation cannot be less than left truncation or greater than 0.999");
 
     // setTruncations tests its arguments, in its order.
     LogNormal ln;
     EXPECT_EQ(ln.setTruncations(0.6, 0.5), 0);
-    EXPECT_EQ(ln.errorText, "Left Truncation must be less than right truncation");
+    EXPECT_EQ(ln.errorText(), "Left Truncation must be less than right truncation");
     EXPECT_EQ(ln.setTruncations(0.6, 1.0), 0);
-    EXPECT_EQ(ln.errorText, "Right Truncation must be less than 1");
+    EXPECT_EQ(ln.errorText(), "Right Truncation must be less than 1");
     EXPECT_EQ(ln.setTruncations(-1.0, 2.0), 0);  // right is tested before left
-    EXPECT_EQ(ln.errorText, "Right Truncation must be less than 1");
+    EXPECT_EQ(ln.errorText(), "Right Truncation must be less than 1");
     EXPECT_EQ(ln.setTruncations(0.0, 0.5), 0);
-    EXPECT_EQ(ln.errorText, "Left Truncation must be greater than 0");
+    EXPECT_EQ(ln.errorText(), "Left Truncation must be greater than 0");
     EXPECT_EQ(ln.setTruncations(kNaN, 0.5), 0);
     EXPECT_EQ(ln.getLeftTruncation(), 0.001);
     EXPECT_EQ(ln.setTruncations(0.4, 0.4), 1);  // equality passes
@@ -305,7 +306,7 @@ TEST(FactorFamily, TruncationSettersTestStoredValues) {
 
 TEST(FactorFamily, ClassWideDefaultTruncations) {
     struct Restore {
-        ~Restore() { TruncatedDistribution::setDefaultTruncations(0.001, 0.999); }
+        ~Restore() { EXPECT_EQ(TruncatedDistribution::setDefaultTruncations(0.001, 0.999), 1); }
     } restore;
     EXPECT_EQ(TruncatedDistribution::setDefaultTruncations(0.5, 0.5), 0);
     EXPECT_EQ(TruncatedDistribution::setDefaultTruncations(0.0, 0.5), 0);
@@ -321,7 +322,7 @@ TEST(FactorFamily, ClassWideDefaultTruncations) {
     EXPECT_EQ(e.getLeftTruncation(), 0.0);
     EXPECT_EQ(e.getRightTruncation(), 0.97);
     Normal earlier = n;  // a copy keeps its own values, not the defaults
-    TruncatedDistribution::setDefaultTruncations(0.1, 0.9);
+    ASSERT_EQ(TruncatedDistribution::setDefaultTruncations(0.1, 0.9), 1);
     Normal copy(earlier);
     EXPECT_EQ(copy.getLeftTruncation(), 0.02);
 

@@ -38,7 +38,7 @@ TEST(IntervalSequence, CountAccessRemoveClear) {
 TEST(IntervalSequence, UniformOverlapRuleAndLimit) {
     Uniform u;  // [0, 1]
     EXPECT_EQ(u.addInterval(iv(0.5, 2.0, 0.5)), 0);
-    EXPECT_EQ(u.errorText, "Interval to insert overloads previous intervals stored");
+    EXPECT_EQ(u.errorText(), "Interval to insert overloads previous intervals stored");
     EXPECT_EQ(u.count(), 1);
     EXPECT_EQ(u.addInterval(iv(1.0, 2.0, 0.5)), 1);  // touching
     EXPECT_EQ(u.addInterval(iv(5.0, 6.0, 0.5)), 1);  // with a gap
@@ -48,33 +48,33 @@ TEST(IntervalSequence, UniformOverlapRuleAndLimit) {
     u.clear();
     for (int i = 0; i < 10001; ++i) ASSERT_EQ(u.addInterval(iv(i, i + 1.0, 1e-4)), 1) << i;
     EXPECT_EQ(u.addInterval(iv(20000.0, 20001.0, 1e-4)), 0);  // the 10002nd
-    EXPECT_EQ(u.errorText, "Too much intervals stored");
+    EXPECT_EQ(u.errorText(), "Too much intervals stored");
     EXPECT_EQ(u.count(), 10001);
 }
 
 TEST(IntervalSequence, DiscreteDuplicateAndLimit) {
     Discrete d;  // points 0 and 1
     EXPECT_EQ(d.addPoint(iv(1.0, 5.0, 0.1)), 0);
-    EXPECT_EQ(d.errorText, "The new point already exists");
+    EXPECT_EQ(d.errorText(), "The new point already exists");
     EXPECT_EQ(d.addPoint(iv(-1.0, 0.0, 0.1)), 1);  // no order of its own
     EXPECT_EQ(d.intervalAt(2)->left, -1.0);
     d.clear();
     for (int i = 0; i < 10001; ++i) ASSERT_EQ(d.addPoint(iv(i, i + 1.0, 1e-4)), 1);
     EXPECT_EQ(d.addPoint(iv(-5.0, -4.0, 1e-4)), 0);
-    EXPECT_EQ(d.errorText, "Too much intervals stored");
+    EXPECT_EQ(d.errorText(), "Too much intervals stored");
 }
 
 TEST(IntervalSequence, CheckWeightsThreshold) {
     Discrete d = points({{1.0, 0.5}, {2.0, 0.5 + 9e-14}});
     EXPECT_EQ(d.checkWeights(), 1);
-    EXPECT_EQ(d.errorText, "No errors");
+    EXPECT_EQ(d.errorText(), "No errors");
     d.intervalAt(1)->weight = 0.5 + 2e-13;
     EXPECT_EQ(d.checkWeights(), 0);
-    EXPECT_EQ(d.errorText, "Sum of weights not equal to 1");
+    EXPECT_EQ(d.errorText(), "Sum of weights not equal to 1");
     Uniform u;
     u.intervalAt(0)->weight = 1.0 - 2e-13;
     EXPECT_EQ(u.checkWeights(), 0);
-    EXPECT_EQ(u.errorText, "Sum of weights not equal to 1");
+    EXPECT_EQ(u.errorText(), "Sum of weights not equal to 1");
     u.intervalAt(0)->weight = 1.0;
     EXPECT_EQ(u.checkWeights(), 1);
 }
@@ -84,13 +84,13 @@ TEST(IntervalSequence, CopyKeepsOnlyValidWeights) {
     Discrete dc(d);
     ASSERT_EQ(dc.count(), 4);
     EXPECT_EQ(dc.intervalAt(0)->weight, 1.0);
-    EXPECT_EQ(dc.intervalAt(0)->errorText, "Weight value error");
+    EXPECT_EQ(dc.intervalAt(0)->errorText(), "Weight value error");
     EXPECT_EQ(dc.intervalAt(1)->weight, 1.0);
-    EXPECT_EQ(dc.intervalAt(1)->errorText, "Weight value error");
+    EXPECT_EQ(dc.intervalAt(1)->errorText(), "Weight value error");
     EXPECT_EQ(dc.intervalAt(2)->weight, 0.25);
-    EXPECT_EQ(dc.intervalAt(2)->errorText, "");
+    EXPECT_EQ(dc.intervalAt(2)->errorText(), "");
     EXPECT_EQ(dc.intervalAt(3)->weight, 1.0);
-    EXPECT_EQ(dc.intervalAt(3)->errorText, "");
+    EXPECT_EQ(dc.intervalAt(3)->errorText(), "");
     EXPECT_EQ(dc.intervalAt(1)->left, 2.0);
     EXPECT_EQ(dc.intervalAt(1)->right, 3.0);
 
@@ -100,13 +100,13 @@ TEST(IntervalSequence, CopyKeepsOnlyValidWeights) {
     LogUniform luc(lu);
     ASSERT_EQ(luc.count(), 2);
     EXPECT_EQ(luc.intervalAt(0)->weight, 1.0);
-    EXPECT_EQ(luc.intervalAt(0)->errorText, "Weight value error");
+    EXPECT_EQ(luc.intervalAt(0)->errorText(), "Weight value error");
     EXPECT_EQ(luc.intervalAt(1)->weight, 0.5);
     EXPECT_EQ(luc.intervalAt(1)->left, 3.0);
     // The copy's intervals are log intervals: they refuse a bound <= 0.
     EXPECT_EQ(luc.intervalAt(1)->setBounds(0.0, 1.0), 0);
-    EXPECT_EQ(luc.intervalAt(1)->errorText, "left bound < 0");
-    EXPECT_EQ(luc.errorText, "No errors");  // the factor's own text is untouched
+    EXPECT_EQ(luc.intervalAt(1)->errorText(), "left bound < 0");
+    EXPECT_EQ(luc.errorText(), "No errors");  // the factor's own text is untouched
 }
 
 TEST(IntervalSequence, DiscreteInverseTiesAndEnd) {

@@ -33,29 +33,29 @@ bool sameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 TEST(Relation, SetExpressionCollectsNamesInTableOrder) {
     Relation r;
     ASSERT_EQ(r.setExpression("a + b"), 1);
-    EXPECT_EQ(r.factorNames, (Names{"a", "b"}));
+    EXPECT_EQ(r.factorNames(), (Names{"a", "b"}));
     ASSERT_EQ(r.setExpression("b + a"), 1);
-    EXPECT_EQ(r.factorNames, (Names{"a", "b"}));
-    EXPECT_EQ(r.expression, "b + a");
+    EXPECT_EQ(r.factorNames(), (Names{"a", "b"}));
+    EXPECT_EQ(r.expression(), "b + a");
     ASSERT_EQ(r.setExpression("sin(zeta) + Beta * alpha"), 1);
-    EXPECT_EQ(r.factorNames, (Names{"Beta", "alpha", "zeta"}));  // byte order; no "sin"
+    EXPECT_EQ(r.factorNames(), (Names{"Beta", "alpha", "zeta"}));  // byte order; no "sin"
     ASSERT_EQ(r.setExpression("b * b + b"), 1);
-    EXPECT_EQ(r.factorNames, (Names{"b"}));
+    EXPECT_EQ(r.factorNames(), (Names{"b"}));
 }
 
 TEST(Relation, RefusedExpressionKeepsTheFormerOne) {
     Relation r;
     ASSERT_EQ(r.setExpression("a * b"), 1);
     EXPECT_EQ(r.setExpression("a +"), 0);
-    EXPECT_EQ(r.expression, "a * b");
-    EXPECT_EQ(r.factorNames, (Names{"a", "b"}));
+    EXPECT_EQ(r.expression(), "a * b");
+    EXPECT_EQ(r.factorNames(), (Names{"a", "b"}));
     // The dry run sees every name as 0.0, so a division by a name fails.
     EXPECT_EQ(r.setExpression("a / b"), 0);
-    EXPECT_EQ(r.expression, "a * b");
+    EXPECT_EQ(r.expression(), "a * b");
     Relation fresh;
     EXPECT_EQ(fresh.setExpression("a / b"), 0);
-    EXPECT_EQ(fresh.expression, "");
-    EXPECT_TRUE(fresh.factorNames.empty());
+    EXPECT_EQ(fresh.expression(), "");
+    EXPECT_TRUE(fresh.factorNames().empty());
 }
 
 TEST(Relation, EvaluateBindsPrintedValues) {
@@ -92,7 +92,7 @@ TEST(Relation, SeveralPartsAndFailures) {
     // "rEsUlTtOtAl = t = a; t * 2": the result is the first part.
     Relation r;
     ASSERT_EQ(r.setExpression("t = a; t * 2"), 1);
-    EXPECT_EQ(r.factorNames, (Names{"a", "t"}));
+    EXPECT_EQ(r.factorNames(), (Names{"a", "t"}));
     const double four[] = {4.0};
     EXPECT_EQ(r.evaluate(1, Names{"a"}, four), 4.0);
 
@@ -148,18 +148,36 @@ TEST(Relation, DecimalCommaOfTheLocaleBecomesAPoint) {
     EXPECT_EQ(fast, 3.0);
 }
 
+TEST(Relation, CopyKeepsExpressionAndNames) {
+    Relation r;
+    ASSERT_EQ(r.setName("y"), 1);
+    ASSERT_EQ(r.setNote("derived"), 1);
+    r.status = 7;
+    ASSERT_EQ(r.setExpression("b * a"), 1);
+    auto copy = r.clone();
+    auto* rc = dynamic_cast<Relation*>(copy.get());
+    ASSERT_NE(rc, nullptr);
+    EXPECT_EQ(rc->typeName(), "Relation");
+    EXPECT_EQ(rc->name(), "y");
+    EXPECT_EQ(rc->note(), "derived");
+    EXPECT_EQ(rc->status, 1);  // status is not copied
+    EXPECT_EQ(rc->expression(), "b * a");
+    EXPECT_EQ(rc->factorNames(), (Names{"a", "b"}));
+}
+
 TEST(Relation, UsesAndRenames) {
     Relation r;
     ASSERT_EQ(r.setExpression("a + ab * a"), 1);
     EXPECT_EQ(r.usesFactor("a"), 1);
     EXPECT_EQ(r.usesFactor("ab"), 1);
     EXPECT_EQ(r.usesFactor("b"), 0);
+    EXPECT_EQ(r.usesFactor("A"), 0);
     EXPECT_EQ(r.renameFactor("zz", "q"), 0);
-    EXPECT_EQ(r.expression, "a + ab * a");
+    EXPECT_EQ(r.expression(), "a + ab * a");
     // Plain substrings: "ab" changes along with "a".
     EXPECT_EQ(r.renameFactor("a", "new"), 1);
-    EXPECT_EQ(r.expression, "new + newb * new");
-    EXPECT_EQ(r.factorNames, (Names{"new", "newb"}));
+    EXPECT_EQ(r.expression(), "new + newb * new");
+    EXPECT_EQ(r.factorNames(), (Names{"new", "newb"}));
     EXPECT_EQ(r.usesFactor("a"), 0);
 
     // A rename whose text no longer evaluates keeps the old text, while the
@@ -167,8 +185,8 @@ TEST(Relation, UsesAndRenames) {
     Relation s;
     ASSERT_EQ(s.setExpression("a + b"), 1);
     EXPECT_EQ(s.renameFactor("b", "c/"), 1);
-    EXPECT_EQ(s.expression, "a + b");
-    EXPECT_EQ(s.factorNames, (Names{"a", "c/"}));
+    EXPECT_EQ(s.expression(), "a + b");
+    EXPECT_EQ(s.factorNames(), (Names{"a", "c/"}));
 }
 
 TEST(Relation, RowsGiveTheSameBitsAsEvaluate) {

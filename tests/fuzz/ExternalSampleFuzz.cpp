@@ -12,7 +12,7 @@ TARVEX_FUZZ_TARGET(ExternalSample, 200) {
     PrepConfiguration configuration;
     configuration.sampleFile = "kept.sam";
     if (!configuration.loadExternalSample(fuzz::scratchInput(input))) {
-        fuzz::check(configuration.errorText == kReadExternalErrorText, "refused with " + configuration.errorText);
+        fuzz::check(configuration.errorText() == kReadExternalErrorText, "refused with " + configuration.errorText());
         fuzz::check(configuration.sampleFile == "kept.sam" && configuration.external == 0 &&
                         configuration.factors.factorCount() == 0,
                     "a refused file changed the configuration");

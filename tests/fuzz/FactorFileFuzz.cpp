@@ -28,10 +28,10 @@ bool readText(const std::string& text, FactorList& list) {
 TARVEX_FUZZ_TARGET(FactorFile, 2500) {
     FactorList list;
     auto kept = std::make_unique<Constant>();
-    kept->name = "keep";
-    list.addFactor(std::move(kept));
+    (void)kept->setName("keep");
+    (void)list.addFactor(std::move(kept));
     if (!readText(std::string(input), list)) {
-        fuzz::check(list.factorCount() == 1 && list.getFactor(0)->name == "keep", "a refused file changed the list");
+        fuzz::check(list.factorCount() == 1 && list.getFactor(0)->name() == "keep", "a refused file changed the list");
         return fuzz::Outcome::Refused;
     }
     const std::string first = textOf(list);

@@ -114,7 +114,7 @@ public:
         Environment::instance().directories() = RememberedDirectories();
     }
     ~ProcessStateGuard() {
-        TruncatedDistribution::setDefaultTruncations(left_, right_);
+        (void)TruncatedDistribution::setDefaultTruncations(left_, right_);  // the values it took before
         Environment::instance().directories() = directories_;
         std::error_code ec;
         std::filesystem::current_path(cwd_, ec);

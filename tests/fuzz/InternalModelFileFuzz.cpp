@@ -23,7 +23,7 @@ bool loads(const std::string& text, InternalModel& model) {
 
 TARVEX_FUZZ_TARGET(InternalModelFile, 2500) {
     InternalModel model;
-    model.addVariable("kept");
+    fuzz::check(model.addVariable("kept") == 1, "a plain variable was refused");
     if (!model.readFile(fuzz::scratchInput(input))) {
         fuzz::check(model.numVariables() == 0 && model.numExpressions() == 0, "a refused file left a model behind");
         fuzz::check(!model.errorText().empty() && model.errorText() != "noerror", "a refused file gave no reason");

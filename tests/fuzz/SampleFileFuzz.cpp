@@ -25,7 +25,7 @@ TARVEX_FUZZ_TARGET(SampleFile, 200) {
     PrepConfiguration configuration;
     configuration.sampleFile = "kept.sam";
     if (!configuration.readSampleFile(fuzz::scratchInput(input))) {
-        fuzz::check(configuration.errorText == kReadSamplesErrorText, "refused with " + configuration.errorText);
+        fuzz::check(configuration.errorText() == kReadSamplesErrorText, "refused with " + configuration.errorText());
         fuzz::check(configuration.sampleFile == "kept.sam" && configuration.factors.factorCount() == 0 &&
                         configuration.samples.rowCount() == 0,
                     "a refused file changed the configuration");

@@ -38,7 +38,7 @@ TARVEX_FUZZ_TARGET(SteinFile, 1500) {
     // first; only those a factor file can hold (short, one word, no forbidden
     // character) can go through one.
     for (int i = 0; i < list.factorCount(); ++i) {
-        const std::string& name = list.getFactor(i)->name;
+        const std::string& name = list.getFactor(i)->name();
         const bool oneWord = std::none_of(name.begin(), name.end(), [](char c) { return std::isspace(static_cast<unsigned char>(c)); });
         if (name.size() > kMaxFactorNameLength || !oneWord || !isValidFactorName(name)) return fuzz::Outcome::Accepted;
     }

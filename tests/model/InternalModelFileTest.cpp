@@ -14,12 +14,12 @@ InternalModel sampleModel() {
     InternalModel m;
     m.setName("ishigami");
     m.setFileName("/models/ishigami.imd");
-    m.addVariable("x1");
-    m.addVariable("x2");
-    m.addVariable("x3");
-    m.addExpression(0, "s1", "sin(x1)", 0);
-    m.addExpression(1, "y", "s1 + 7 * sin(x2) ** 2 + 0.1 * x3 ** 4 * s1", 1);
-    m.addExpression(2, "y2", "x1*x1", 1);
+    EXPECT_EQ(m.addVariable("x1"), 1);
+    EXPECT_EQ(m.addVariable("x2"), 1);
+    EXPECT_EQ(m.addVariable("x3"), 1);
+    EXPECT_EQ(m.addExpression(0, "s1", "sin(x1)", 0), 1);
+    EXPECT_EQ(m.addExpression(1, "y", "s1 + 7 * sin(x2) ** 2 + 0.1 * x3 ** 4 * s1", 1), 1);
+    EXPECT_EQ(m.addExpression(2, "y2", "x1*x1", 1), 1);
     return m;
 }
 
@@ -56,7 +56,7 @@ void expectCleared(const InternalModel& m) {
 
 TEST(InternalModelFile, WrittenLineByLine) {
     InternalModel m = sampleModel();
-    m.addVariable("unused");
+    ASSERT_EQ(m.addVariable("unused"), 1);
     EXPECT_EQ(text(m),
               "ishigami\n4\n"
               "x1\n2\n0\t2\t\n"
@@ -115,9 +115,80 @@ TEST(InternalModelFile, EmptyListsAndTheFirstWordOfTheName) {
     EXPECT_EQ(r.fileName(), "f.imd");
 }
 
+// Whatever the model accepts, its file gives back: lines of at most 4095
+// characters, and names of at most 1000, the longest the calculator binds
+// when the reader checks each expression again. One character more, or a line
+// break, is refused where it enters, and the model stays as it was.
+TEST(InternalModelFile, LongestAcceptedLinesReadBack) {
+    const std::size_t longestLine = 4095;
+    const std::size_t longestName = 1000;
+    const std::string variable(longestName, 'v');
+    const std::string expression(longestName, 'e');
+    const std::string path = "/" + std::string(longestLine - 1, 'p');
+    // a + 1 spread over a whole line.
+    const std::string longText = "a" + std::string(longestLine - 3, ' ') + "+1";
+    InternalModel m;
+    ASSERT_EQ(m.setName(std::string(longestLine, 'n')), 1);
+    ASSERT_EQ(m.setFileName(path), 1);
+    ASSERT_EQ(m.addVariable("a"), 1);
+    ASSERT_EQ(m.addVariable(variable), 1);
+    ASSERT_EQ(m.addExpression(0, "y", longText, 1), 1);
+    // The long names are bound whenever a later expression is checked.
+    ASSERT_EQ(m.addExpression(1, expression, "y * 2", 1), 1);
+    ASSERT_EQ(m.addExpression(2, "z", "y - 1", 1), 1);
+    std::istringstream in(text(m));
+    InternalModel r;
+    r.read(in);
+    ASSERT_FALSE(in.fail()) << r.errorText();
+    EXPECT_EQ(r.errorText(), "");
+    expectSameModel(m, r);
+    const double row[] = {4.0, 0.5};
+    double outputs[3] = {};
+    ASSERT_EQ(r.evaluate(row, outputs), 1);
+    EXPECT_EQ(outputs[0], 5.0);
+    EXPECT_EQ(outputs[1], 10.0);
+    EXPECT_EQ(outputs[2], 4.0);
+
+    const std::string overLine = "a" + std::string(longestLine - 2, ' ') + "+1";
+    const std::string overName(longestName + 1, 'w');
+    const std::string before = text(m);
+    auto refused = [&](int result, const char* expected, const char* what) {
+        EXPECT_EQ(result, 0) << what;
+        EXPECT_EQ(m.errorText(), expected) << what;
+        EXPECT_EQ(text(m), before) << what;
+        m.clearError();
+    };
+    refused(m.setName(std::string(longestLine + 1, 'n')), kModelLineText, "model name");
+    refused(m.setName("two\nlines"), kModelLineText, "model name across lines");
+    refused(m.setFileName(path + "p"), kModelLineText, "path");
+    refused(m.setFileName("/a\n/b.imd"), kModelLineText, "path across lines");
+    refused(m.addVariable(overName), kModelNameLengthText, "variable");
+    refused(m.addVariable("b\nc"), "Incorrect factor name", "variable across lines");
+    refused(m.renameVariable(0, overName), kModelNameLengthText, "renamed variable");
+    refused(m.addExpression(3, overName, "a", 1), kModelNameLengthText, "expression name");
+    refused(m.addExpression(3, "w", overLine, 1), kModelLineText, "text");
+    refused(m.addExpression(3, "w", "a +\n1", 1), kModelLineText, "text across lines");
+    refused(m.modifyExpression(0, "y", overLine, 1), kModelLineText, "new text");
+    refused(m.modifyExpression(2, overName, "a", 1), kModelNameLengthText, "new name");
+    // The reader adds each expression again, and would refuse this name.
+    refused(m.modifyExpression(2, "z z", "a", 1), "Incorrect expression name", "new name with a blank");
+    // A rename rewrites the texts that use the name: y's text would grow past
+    // a line.
+    refused(m.renameVariable(0, "aa"), kModelLineText, "variable rename");
+    ASSERT_EQ(m.addExpression(3, "w", "y" + std::string(longestLine - 3, ' ') + "*2", 1), 1);
+    const std::string withW = text(m);
+    EXPECT_EQ(m.modifyExpression(0, "yy", longText, 1), 0);
+    EXPECT_EQ(m.errorText(), kModelLineText);
+    EXPECT_EQ(text(m), withW);
+
+    // A name of blanks is no name: the file would give back none.
+    ASSERT_EQ(m.setName("   "), 1);
+    EXPECT_EQ(m.name(), "noname");
+}
+
 TEST(InternalModelFile, FiveHundredExpressionsAreWrittenButNotRead) {
     InternalModel m;
-    m.addVariable("x");
+    ASSERT_EQ(m.addVariable("x"), 1);
     for (int i = 0; i < 500; ++i) ASSERT_EQ(m.addExpression(0, "e" + std::to_string(i), "x", 1), 1);
     std::istringstream in(text(m));
     InternalModel r;

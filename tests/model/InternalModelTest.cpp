@@ -34,9 +34,9 @@ TEST(InternalModel, DefaultsAndEmptyNames) {
     EXPECT_EQ(m.name(), "noname");
     EXPECT_EQ(m.fileName(), "nofile");
 
-    m.addVariable("a");
-    m.addExpression(0, "y", "a", 1);
-    m.addVariable("2a");
+    ASSERT_EQ(m.addVariable("a"), 1);
+    ASSERT_EQ(m.addExpression(0, "y", "a", 1), 1);
+    ASSERT_EQ(m.addVariable("2a"), 0);  // leaves an error text for clear to reset
     m.clear();
     EXPECT_EQ(m.numVariables(), 0);
     EXPECT_EQ(m.numExpressions(), 0);
@@ -233,10 +233,10 @@ TEST(InternalModel, FiveHundredExpressionsAtMost) {
 
 TEST(InternalModel, Accessors) {
     InternalModel m = modelWith({"x"});
-    m.addExpression(0, "i0", "x", 0);
-    m.addExpression(1, "o0", "x", 1);
-    m.addExpression(2, "i1", "x", 0);
-    m.addExpression(3, "o1", "x", 1);
+    ASSERT_EQ(m.addExpression(0, "i0", "x", 0), 1);
+    ASSERT_EQ(m.addExpression(1, "o0", "x", 1), 1);
+    ASSERT_EQ(m.addExpression(2, "i1", "x", 0), 1);
+    ASSERT_EQ(m.addExpression(3, "o1", "x", 1), 1);
     EXPECT_EQ(m.numOutputs(), 2);
     EXPECT_EQ(m.numInternals(), 2);
     EXPECT_EQ(m.outputName(1), "o1");
@@ -335,8 +335,8 @@ TEST(InternalModel, FullSymbolTableFailsEveryRowOnBothPaths) {
     EXPECT_EQ(m.expressions()[8].value, 2.5);
     EXPECT_EQ(out[0], -1.0);
     InternalModel smaller;
-    for (int j = 0; j < 490; ++j) smaller.addVariable("v" + std::to_string(j));
-    for (int i = 0; i < 9; ++i) smaller.addExpression(0, "e" + std::to_string(i), "v0 + 1", 1);
+    for (int j = 0; j < 490; ++j) ASSERT_EQ(smaller.addVariable("v" + std::to_string(j)), 1);
+    for (int i = 0; i < 9; ++i) ASSERT_EQ(smaller.addExpression(0, "e" + std::to_string(i), "v0 + 1", 1), 1);
     EXPECT_EQ(smaller.evaluate(row.data(), out.data()), 1);
     EXPECT_EQ(smaller.evaluateText(row.data(), out.data()), 1);
     EXPECT_EQ(out[8], 2.5);

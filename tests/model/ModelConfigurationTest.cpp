@@ -40,21 +40,21 @@ private:
 std::unique_ptr<InternalModel> linearModel() {
     auto m = std::make_unique<InternalModel>();
     m->setName("linear");
-    m->addVariable("a");
-    m->addVariable("b");
-    m->addExpression(0, "s", "a + b", 1);
-    m->addExpression(1, "d", "a - b", 0);
-    m->addExpression(2, "p", "a * b", 1);
+    EXPECT_EQ(m->addVariable("a"), 1);
+    EXPECT_EQ(m->addVariable("b"), 1);
+    EXPECT_EQ(m->addExpression(0, "s", "a + b", 1), 1);
+    EXPECT_EQ(m->addExpression(1, "d", "a - b", 0), 1);
+    EXPECT_EQ(m->addExpression(2, "p", "a * b", 1), 1);
     return m;
 }
 
 sampValues rows(int count, int columns) {
     sampValues s;
-    s.allocate(columns);
+    EXPECT_EQ(s.allocate(columns), 1);
     for (int r = 0; r < count; ++r) {
         std::vector<double> row;
         for (int c = 0; c < columns; ++c) row.push_back(r + 0.25 * (c + 1));
-        s.addRow(row.data());
+        EXPECT_NE(s.addRow(row.data()), 0);
     }
     return s;
 }
@@ -163,25 +163,25 @@ TEST(ModelConfiguration, AFinalTargetFinishesEveryRow) {
     ModelConfiguration wide;
     wide.setInternalModel(linearModel());
     sampValues three = rows(4, 3);
-    wide.prepareInternalRun(4);
+    ASSERT_EQ(wide.prepareInternalRun(4), 1);
     EXPECT_EQ(wide.advanceInternalRun(three, 100.0f), -1);
     EXPECT_EQ(wide.errorText(), "The number of model inputs differs from the number of factors in the generated sample");
     ModelConfiguration empty;
     empty.setInternalModel(linearModel());
-    empty.prepareInternalRun(0);
+    ASSERT_EQ(empty.prepareInternalRun(0), 1);
     EXPECT_EQ(empty.advanceInternalRun(samples, 1.0f), 100);
 }
 
 TEST(ModelConfiguration, FailingRowsKeepTheirPlace) {
     auto m = std::make_unique<InternalModel>();
-    m->addVariable("x");
+    ASSERT_EQ(m->addVariable("x"), 1);
     ASSERT_EQ(m->addExpression(0, "y", "1 / (x != 2)", 1), 1);
     ModelConfiguration c;
     c.setInternalModel(std::move(m));
     sampValues s;
-    s.allocate(1);
-    for (double x : {1.0, 2.0, 4.0, 2.0}) s.addRow(&x);
-    c.prepareInternalRun(4);
+    ASSERT_EQ(s.allocate(1), 1);
+    for (double x : {1.0, 2.0, 4.0, 2.0}) ASSERT_NE(s.addRow(&x), 0);
+    ASSERT_EQ(c.prepareInternalRun(4), 1);
     EXPECT_EQ(c.advanceInternalRun(s, 100.0f), 100);
     EXPECT_EQ(c.failedRuns(), 2);
     EXPECT_EQ(fileDoubles(c.dataFile()), (std::vector<double>{1.0, 0.0, 1.0, 0.0}));
@@ -192,8 +192,8 @@ TEST(ModelConfiguration, CopiesAreDeep) {
     c.setInternalModel(linearModel());
     c.setExternal("exe", "out", 0);
     sampValues samples = rows(5, 2);
-    c.prepareInternalRun(5);
-    c.advanceInternalRun(samples, 100.0f);
+    ASSERT_EQ(c.prepareInternalRun(5), 1);
+    ASSERT_EQ(c.advanceInternalRun(samples, 100.0f), 100);
 
     ModelConfiguration copy(c);
     EXPECT_NE(copy.dataFile(), c.dataFile());
@@ -221,17 +221,17 @@ TEST(ModelConfiguration, CopiesAreDeep) {
 TEST(ModelConfiguration, OneRunRecordWithoutTimeAxis) {
     auto m = std::make_unique<InternalModel>();
     m->setName("one");
-    m->addVariable("x");
-    m->addExpression(0, "y", "x * 2", 1);
-    m->addExpression(1, "z", "x / 3", 1);
+    ASSERT_EQ(m->addVariable("x"), 1);
+    ASSERT_EQ(m->addExpression(0, "y", "x * 2", 1), 1);
+    ASSERT_EQ(m->addExpression(1, "z", "x / 3", 1), 1);
     ModelConfiguration c;
     c.setInternalModel(std::move(m));
     sampValues s;
-    s.allocate(1);
+    ASSERT_EQ(s.allocate(1), 1);
     const double x = 1.0;
-    s.addRow(&x);
-    c.prepareInternalRun(1);
-    c.advanceInternalRun(s, 100.0f);
+    ASSERT_NE(s.addRow(&x), 0);
+    ASSERT_EQ(c.prepareInternalRun(1), 1);
+    ASSERT_EQ(c.advanceInternalRun(s, 100.0f), 100);
     Environment::instance().directories().clear(RememberedDirectories::Model);
     Environment::instance().directories().clear(RememberedDirectories::ModelOutput);
     std::ostringstream out;
@@ -258,11 +258,11 @@ TEST(ModelConfiguration, RecordRoundTripRoundsToSixDigits) {
     c.setExternal("/opt/model exe", "/data/out.txt", 0);
     c.setKind(ModelConfiguration::kInternal);
     sampValues samples;
-    samples.allocate(2);
+    ASSERT_EQ(samples.allocate(2), 1);
     const double rowValues[3][2] = {{1.23456789, 2.0}, {-1e-7, 3e12}, {0.1, 0.2}};
-    for (const auto& r : rowValues) samples.addRow(r);
-    c.prepareInternalRun(3);
-    c.advanceInternalRun(samples, 100.0f);
+    for (const auto& r : rowValues) ASSERT_NE(samples.addRow(r), 0);
+    ASSERT_EQ(c.prepareInternalRun(3), 1);
+    ASSERT_EQ(c.advanceInternalRun(samples, 100.0f), 100);
     ASSERT_EQ(remembered.setModelDirectory((dirs.path() / "models").string()), 1);
     ASSERT_EQ(remembered.setModelOutputDirectory((dirs.path() / "outputs").string()), 1);
 
@@ -300,8 +300,8 @@ TEST(ModelConfiguration, RecordRoundTripRoundsToSixDigits) {
     // Writing the reloaded part again gives the same text.
     std::ostringstream again;
     again << "\n";
-    remembered.setModelDirectory((dirs.path() / "models").string());
-    remembered.setModelOutputDirectory((dirs.path() / "outputs").string());
+    ASSERT_EQ(remembered.setModelDirectory((dirs.path() / "models").string()), 1);
+    ASSERT_EQ(remembered.setModelOutputDirectory((dirs.path() / "outputs").string()), 1);
     r.write(again);
     EXPECT_EQ(again.str(), out.str());
 }
@@ -382,13 +382,13 @@ TEST(ModelConfiguration, RecordsIgnoreTheStreamsLocale) {
     ModelConfiguration c;
     c.setInternalModel(linearModel());
     sampValues samples;
-    samples.allocate(2);
+    ASSERT_EQ(samples.allocate(2), 1);
     for (int r = 0; r < 12; ++r) {
         const double row[2] = {r + 0.5, 10.25};
-        samples.addRow(row);
+        ASSERT_NE(samples.addRow(row), 0);
     }
-    c.prepareInternalRun(12);
-    c.advanceInternalRun(samples, 100.0f);
+    ASSERT_EQ(c.prepareInternalRun(12), 1);
+    ASSERT_EQ(c.advanceInternalRun(samples, 100.0f), 100);
     std::ostringstream plain;
     c.write(plain);
     std::ostringstream local;

@@ -150,7 +150,7 @@ TEST_F(OutputFile, EveryBreachGivesZeroAndOnlyWholeRuns) {
 
 TEST_F(OutputFile, ReadingClearsEarlierResultsAndTheInternalModel) {
     auto m = std::make_unique<InternalModel>();
-    m->addVariable("x");
+    ASSERT_EQ(m->addVariable("x"), 1);
     config.setInternalModel(std::move(m));
     ASSERT_EQ(read("2\na\nb\ntime = no\n3\n1 2\n3 4\n5 6\n"), 1);
     EXPECT_EQ(config.internalModel(), nullptr);

@@ -92,7 +92,8 @@ public:
         const std::size_t poolSize = sizeof pool / sizeof pool[0];
         InternalModel m;
         const uint64_t variables = 1 + pick(5);
-        for (uint64_t j = 0; j < variables; ++j) m.addVariable(pool[pick(poolSize)]);
+        // A name drawn twice is refused the second time; the model just has fewer.
+        for (uint64_t j = 0; j < variables; ++j) (void)m.addVariable(pool[pick(poolSize)]);
         const uint64_t expressions = 1 + pick(7);
         for (int tries = 0; tries < 40 && m.numExpressions() < static_cast<int>(expressions); ++tries) {
             std::vector<std::string> names;
@@ -100,7 +101,8 @@ public:
             for (const ModelExpression& e : m.expressions()) names.push_back(e.name);
             const std::string name = pool[pick(poolSize)];
             const int position = static_cast<int>(pick(static_cast<uint64_t>(m.numExpressions()) + 1));
-            m.addExpression(position, name, text(names), static_cast<int16_t>(pick(2)));
+            // Refused when the name is taken: the loop draws again.
+            (void)m.addExpression(position, name, text(names), static_cast<int16_t>(pick(2)));
         }
         return m;
     }

@@ -22,13 +22,13 @@ float drive(RandomSampler& s, sampValues& store, FactorList& list) {
 
 TEST(RandomSampler, CellsFollowTheStreamInSamplingOrder) {
     FactorList list;
-    list.addFactor(relationFactor("r", "a*2"));
-    list.addFactor(uniformFactor("a"));
-    list.addFactor(constantFactor("k", 3.25));
-    list.addFactor(uniformFactor("b"));
+    ASSERT_EQ(list.addFactor(relationFactor("r", "a*2")), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("a")), 1);
+    ASSERT_EQ(list.addFactor(constantFactor("k", 3.25)), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("b")), 1);
     RandomSampler s;
-    s.setSamples(4);
-    s.setSeed(1);
+    ASSERT_EQ(s.setSamples(4), 1);
+    ASSERT_EQ(s.setSeed(1), 1);
     sampValues store;
     ASSERT_EQ(drive(s, store, list), 50.0f);
     // Sampling order: a, b (roots), then k, then r; all samples of one factor
@@ -37,7 +37,7 @@ TEST(RandomSampler, CellsFollowTheStreamInSamplingOrder) {
     for (int c : {1, 3})
         for (int32_t r = 0; r < 4; ++r) {
             double x = 0.0;
-            store.getValue(r, c, &x);
+            ASSERT_EQ(store.getValue(r, c, &x), 1);
             EXPECT_EQ(x, uniformRandom(&state)) << r << " " << c;
         }
     for (double v : column(store, 2)) EXPECT_EQ(v, 3.25);
@@ -45,14 +45,14 @@ TEST(RandomSampler, CellsFollowTheStreamInSamplingOrder) {
 
 TEST(RandomSampler, ImanConoverReordersKeepingValues) {
     FactorList list;
-    list.addFactor(uniformFactor("a"));
-    list.addFactor(constantFactor("k", 1.0));
-    list.addFactor(uniformFactor("b"));
-    list.setMatrixValue(0, 1, -0.8);
+    ASSERT_EQ(list.addFactor(uniformFactor("a")), 1);
+    ASSERT_EQ(list.addFactor(constantFactor("k", 1.0)), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("b")), 1);
+    ASSERT_EQ(list.setMatrixValue(0, 1, -0.8), 1);
     RandomSampler plain, ranked;
     for (RandomSampler* s : {&plain, &ranked}) {
-        s->setSamples(1000);
-        s->setSeed(31);
+        ASSERT_EQ(s->setSamples(1000), 1);
+        ASSERT_EQ(s->setSeed(31), 1);
     }
     sampValues x, y;
     list.correlationMode = kNoCorrelation;
@@ -77,10 +77,10 @@ TEST(RandomSampler, FailedMatrixLeavesIndependentColumns) {
     FactorList list;
     makeImpossibleCorrelations(list);
     RandomSampler s;
-    s.setSamples(1000);
+    ASSERT_EQ(s.setSamples(1000), 1);
     sampValues store;
     ASSERT_EQ(drive(s, store, list), 50.0f);
-    EXPECT_EQ(s.warningText, "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.");
+    EXPECT_EQ(s.warningText(), "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.");
     for (int c = 0; c < 3; ++c) {
         const std::vector<double> v = column(store, c);
         // Not collapsed onto one value.
@@ -92,15 +92,15 @@ TEST(RandomSampler, FailedMatrixLeavesIndependentColumns) {
 
 TEST(RandomSampler, DependenceTreeAndSeeds) {
     FactorList list;
-    list.addFactor(uniformFactor("p"));
-    list.addFactor(uniformFactor("c"));
-    list.addFactor(uniformFactor("g"));
-    list.linkFactor(1, 0, 0.6);
-    list.linkFactor(2, 1, -0.4);
+    ASSERT_EQ(list.addFactor(uniformFactor("p")), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("c")), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("g")), 1);
+    ASSERT_EQ(list.linkFactor(1, 0, 0.6), 1);
+    ASSERT_EQ(list.linkFactor(2, 1, -0.4), 1);
     list.correlationMode = kTreeCorrelation;
     RandomSampler s;
-    s.setSamples(5000);
-    s.setSeed(8);
+    ASSERT_EQ(s.setSamples(5000), 1);
+    ASSERT_EQ(s.setSeed(8), 1);
     sampValues one, two;
     ASSERT_EQ(drive(s, one, list), 50.0f);
     EXPECT_NEAR(spearman(column(one, 0), column(one, 1)), 0.6, 0.04);

@@ -154,8 +154,8 @@ public:
         case 10: {
             sampValues target(64);
             std::vector<double> scrap(3, 7.0);
-            target.allocate(3);
-            target.addRow(scrap.data());
+            ASSERT_EQ(target.allocate(3), 1);
+            ASSERT_NE(target.addRow(scrap.data()), 0);
             ASSERT_EQ(target.assign(store_), 1);
             ASSERT_NO_FATAL_FAILURE(expectSame(target, model_, "assign"));
             break;
@@ -244,7 +244,7 @@ TEST(ColumnPass, WritesThatRowsSeeAfterwards) {
     sampValues store(100);
     ASSERT_EQ(store.allocate(6), 1);
     std::vector<double> zero(6, 0.0);
-    for (int i = 0; i < 1000; ++i) store.addRow(zero.data());
+    for (int i = 0; i < 1000; ++i) ASSERT_NE(store.addRow(zero.data()), 0);
     for (int32_t c = 0; c < 6; ++c)
         for (int32_t r = 0; r < 1000; ++r) ASSERT_EQ(store.setColumnValue(r, c, r * 10.0 + c), 1);
     std::vector<double> row(6);

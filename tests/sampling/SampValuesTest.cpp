@@ -161,7 +161,7 @@ TEST(SampValuesFailures, SuccessKeepsTheLastError) {
     sampValues store;
     ASSERT_EQ(store.allocate(1), 1);
     const double one = 1.0;
-    store.addRow(&one);
+    ASSERT_NE(store.addRow(&one), 0);
     double x = 0;
     EXPECT_EQ(store.getColumnValue(1, 0, &x), 0);
     ASSERT_EQ(store.getValue(0, 0, &x), 1);
@@ -184,7 +184,7 @@ TEST(SampValuesOrder, OnlyZeroOrOne) {
 TEST(SampValuesModes, SwitchByThemselves) {
     sampValues store(16);
     ASSERT_EQ(store.allocate(3), 1);
-    for (int i = 0; i < 40; ++i) store.addRow(rowOf(i, 3).data());
+    for (int i = 0; i < 40; ++i) ASSERT_NE(store.addRow(rowOf(i, 3).data()), 0);
     double x = 0;
     ASSERT_EQ(store.getColumnValue(39, 1, &x), 1);
     EXPECT_EQ(x, 39.125);
@@ -212,13 +212,13 @@ TEST(SampValuesModes, SwitchByThemselves) {
 TEST(SampValuesCopies, AssignCopiesOrderAndRowsAndStaysIndependent) {
     sampValues source(16);
     ASSERT_EQ(source.allocate(4), 1);
-    source.setOrder(1);
-    for (int i = 0; i < 30; ++i) source.addRow(rowOf(i, 4).data());
+    ASSERT_EQ(source.setOrder(1), 1);
+    for (int i = 0; i < 30; ++i) ASSERT_NE(source.addRow(rowOf(i, 4).data()), 0);
     ASSERT_EQ(source.setColumnValue(29, 3, 7.5), 1);  // dirty column window at copy time
 
     sampValues target;  // other window size: takes the source's
     ASSERT_EQ(target.allocate(2), 1);
-    target.addRow(rowOf(100, 2).data());
+    ASSERT_NE(target.addRow(rowOf(100, 2).data()), 0);
     ASSERT_EQ(target.assign(source), 1);
     EXPECT_EQ(target.order(), 1);
     EXPECT_EQ(target.rowCount(), 30);
@@ -251,8 +251,8 @@ TEST(SampValuesCopies, MoveHandsOverTheFile) {
     env.set("TEMP", dir.path().c_str());
     sampValues source(16);
     ASSERT_EQ(source.allocate(3), 1);
-    for (int i = 0; i < 50; ++i) source.addRow(rowOf(i, 3).data());
-    source.setColumnValue(49, 2, -3.0);  // still only in the column window
+    for (int i = 0; i < 50; ++i) ASSERT_NE(source.addRow(rowOf(i, 3).data()), 0);
+    ASSERT_EQ(source.setColumnValue(49, 2, -3.0), 1);  // still only in the column window
     const std::string file = source.workingFileName();
 
     sampValues moved(std::move(source));
@@ -293,7 +293,7 @@ TEST(SampValuesFiles, OneFilePerStoreInTempRemovedWithIt) {
     {
         sampValues a, b;
         ASSERT_EQ(a.allocate(2), 1);
-        for (int i = 0; i < 300000; ++i) a.addRow(rowOf(i, 2).data());  // spills to the file
+        for (int i = 0; i < 300000; ++i) ASSERT_NE(a.addRow(rowOf(i, 2).data()), 0);  // spills to the file
         sampValues c(a);
         first = a.workingFileName();
         second = b.workingFileName();

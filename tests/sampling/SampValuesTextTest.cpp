@@ -40,7 +40,7 @@ TEST(SampValuesText, ByRunLines) {
 TEST(SampValuesText, ByFactorLines) {
     sampValues store;
     fill(store, kSmall);
-    store.setOrder(1);
+    ASSERT_EQ(store.setOrder(1), 1);
     EXPECT_EQ(textOf(store), "2\n3\n1\n1\t0.3333333333\t\n0.5\t1e-12\t\n-2.25\t1.23456789e+11\t\n");
 }
 
@@ -48,8 +48,8 @@ TEST(SampValuesText, EmptyStores) {
     sampValues none;
     EXPECT_EQ(textOf(none), "0\n0\n0\n");
     sampValues noRows;
-    noRows.allocate(4);
-    noRows.setOrder(1);
+    ASSERT_EQ(noRows.allocate(4), 1);
+    ASSERT_EQ(noRows.setOrder(1), 1);
     EXPECT_EQ(textOf(noRows), "0\n4\n1\n");
 
     std::istringstream in("0\n4\n1\nnext\n");
@@ -89,7 +89,7 @@ TEST_P(TextRoundTrip, BothOrders) {
         }
         ASSERT_EQ(store.addRow(row.data()), r + 1);
     }
-    store.setOrder(order);
+    ASSERT_EQ(store.setOrder(order), 1);
     std::stringstream text;
     text << store << "after\n";
 
@@ -128,24 +128,24 @@ TEST(SampValuesText, InfinityAndNanSurvive) {
     const double inf = std::numeric_limits<double>::infinity();
     fill(store, {{inf, -inf, std::nan("")}, {-0.0, 5e-324, 1.7976931348623157e308}});
     for (int32_t order : {0, 1}) {
-        store.setOrder(order);
+        ASSERT_EQ(store.setOrder(order), 1);
         std::stringstream text;
         text << store;
         sampValues back;
         text >> back;
         ASSERT_FALSE(text.fail()) << text.str();
         double x = 0;
-        back.getValue(0, 0, &x);
+        ASSERT_EQ(back.getValue(0, 0, &x), 1);
         EXPECT_EQ(x, inf);
-        back.getValue(0, 1, &x);
+        ASSERT_EQ(back.getValue(0, 1, &x), 1);
         EXPECT_EQ(x, -inf);
-        back.getValue(0, 2, &x);
+        ASSERT_EQ(back.getValue(0, 2, &x), 1);
         EXPECT_TRUE(std::isnan(x));
-        back.getValue(1, 0, &x);
+        ASSERT_EQ(back.getValue(1, 0, &x), 1);
         EXPECT_TRUE(x == 0.0 && std::signbit(x));
-        back.getValue(1, 1, &x);
+        ASSERT_EQ(back.getValue(1, 1, &x), 1);
         EXPECT_EQ(x, std::numeric_limits<double>::denorm_min());
-        back.getValue(1, 2, &x);
+        ASSERT_EQ(back.getValue(1, 2, &x), 1);
         EXPECT_EQ(x, std::numeric_limits<double>::max()) << "written as 1.797693135e+308";
     }
 }
@@ -157,13 +157,13 @@ TEST(SampValuesText, ReaderTakesAnyWhiteSpaceAndPlusSigns) {
     ASSERT_FALSE(in.fail());
     double x = 0;
     // By factor: the first two numbers are column 0.
-    store.getValue(0, 0, &x);
+    ASSERT_EQ(store.getValue(0, 0, &x), 1);
     EXPECT_EQ(x, 1.5);
-    store.getValue(1, 0, &x);
+    ASSERT_EQ(store.getValue(1, 0, &x), 1);
     EXPECT_EQ(x, 20.0);
-    store.getValue(0, 1, &x);
+    ASSERT_EQ(store.getValue(0, 1, &x), 1);
     EXPECT_EQ(x, 3.0);
-    store.getValue(1, 1, &x);
+    ASSERT_EQ(store.getValue(1, 1, &x), 1);
     EXPECT_EQ(x, -0.425);
     std::string rest;
     std::getline(in, rest);
@@ -179,7 +179,7 @@ TEST(SampValuesText, ReadReplacesTheContent) {
     EXPECT_EQ(store.columnCount(), 2);
     EXPECT_EQ(store.rowCount(), 1);
     double x = 0;
-    store.getValue(0, 1, &x);
+    ASSERT_EQ(store.getValue(0, 1, &x), 1);
     EXPECT_EQ(x, 6.0);
 }
 

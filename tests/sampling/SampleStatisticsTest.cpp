@@ -16,7 +16,7 @@ namespace {
 void fillFour(sampValues& store) {
     ASSERT_EQ(store.allocate(4), 1);
     const double rows[4][4] = {{1, 2, 0, 5}, {2, 1, 0, 5}, {3, 4, 0, 5}, {4, 3, 0, 5}};
-    for (const auto& row : rows) store.addRow(row);
+    for (const auto& row : rows) ASSERT_NE(store.addRow(row), 0);
 }
 
 TEST(SampleStatistics, MomentsAndCorrelationByHand) {
@@ -82,9 +82,9 @@ TEST(SampleStatistics, OutOfRangeAndAbsentGiveMinusTen) {
 // One row: the divisor n - 1 would be 0; it is taken as 1.
 TEST(SampleStatistics, SingleRowAndNoRows) {
     sampValues one;
-    one.allocate(2);
+    ASSERT_EQ(one.allocate(2), 1);
     const double row[2] = {3.5, -1.0};
-    one.addRow(row);
+    ASSERT_NE(one.addRow(row), 0);
     SampleStatistics stats(one);
     EXPECT_EQ(stats.mean(0), 3.5);
     EXPECT_EQ(stats.mean(1), -1.0);
@@ -92,7 +92,7 @@ TEST(SampleStatistics, SingleRowAndNoRows) {
     EXPECT_EQ(stats.correlation(0, 1), 0.0);
 
     sampValues none;
-    none.allocate(3);
+    ASSERT_EQ(none.allocate(3), 1);
     SampleStatistics empty(none);
     EXPECT_EQ(empty.size(), 3);
     EXPECT_EQ(empty.mean(2), 0.0);
@@ -103,7 +103,7 @@ TEST(SampleStatistics, SingleRowAndNoRows) {
 TEST(SampleStatistics, LargeStoreMatchesDirectSums) {
     sampValues store(64);
     const int32_t columns = 5, rows = 3001;
-    store.allocate(columns);
+    ASSERT_EQ(store.allocate(columns), 1);
     std::vector<std::vector<double>> data(columns);
     for (int32_t r = 0; r < rows; ++r) {
         double row[columns];
@@ -111,7 +111,7 @@ TEST(SampleStatistics, LargeStoreMatchesDirectSums) {
             row[c] = std::sin(0.37 * r * (c + 1)) + 0.001 * r * c + (c == 4 ? row[0] * 2 : 0);
             data[size_t(c)].push_back(row[c]);
         }
-        store.addRow(row);
+        ASSERT_NE(store.addRow(row), 0);
     }
     SampleStatistics stats(store);
     for (int32_t c = 0; c < columns; ++c) {
@@ -140,9 +140,9 @@ TEST(SampleStatistics, LargeStoreMatchesDirectSums) {
 
 TEST(SampleStatistics, TextFormAndRoundTrip) {
     sampValues store;
-    store.allocate(2);
+    ASSERT_EQ(store.allocate(2), 1);
     const double rows[4][2] = {{1, 2}, {2, 1}, {3, 4}, {4, 3}};
-    for (const auto& row : rows) store.addRow(row);
+    for (const auto& row : rows) ASSERT_NE(store.addRow(row), 0);
     SampleStatistics stats(store);
     std::ostringstream out;
     out << stats;

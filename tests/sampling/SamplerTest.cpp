@@ -23,19 +23,19 @@ TEST(Sampler, MethodTable) {
     auto latin = Sampler::create(2);
     ASSERT_TRUE(latin);
     EXPECT_NE(dynamic_cast<LatinSampler*>(latin.get()), nullptr);
-    EXPECT_EQ(latin->methodName, "Latin Hypercube");
-    EXPECT_EQ(latin->numSamples, 1);
-    EXPECT_EQ(latin->numFactors, 0);
-    EXPECT_EQ(latin->seed, 1);
-    EXPECT_EQ(latin->randomState, -1);
-    EXPECT_EQ(latin->errorText, "No errors");
+    EXPECT_EQ(latin->methodName(), "Latin Hypercube");
+    EXPECT_EQ(latin->numSamples(), 1);
+    EXPECT_EQ(latin->numFactors(), 0);
+    EXPECT_EQ(latin->seed(), 1);
+    EXPECT_EQ(latin->randomState(), -1);
+    EXPECT_EQ(latin->errorText(), "No errors");
 
     auto random = Sampler::create(5);
     ASSERT_TRUE(random);
     EXPECT_NE(dynamic_cast<RandomSampler*>(random.get()), nullptr);
-    EXPECT_EQ(random->methodName, "Random");
-    EXPECT_EQ(random->seed, 1);
-    EXPECT_EQ(random->numSamples, 0);
+    EXPECT_EQ(random->methodName(), "Random");
+    EXPECT_EQ(random->seed(), 1);
+    EXPECT_EQ(random->numSamples(), 0);
 
     EXPECT_FALSE(Sampler::create(8));
     EXPECT_FALSE(Sampler::create(-1));
@@ -44,60 +44,61 @@ TEST(Sampler, MethodTable) {
 TEST(Sampler, SettersRefuseWithTheirTexts) {
     RandomSampler s;
     EXPECT_EQ(s.setSeed(42), 1);
-    EXPECT_EQ(s.seed, 42);
-    EXPECT_EQ(s.randomState, -42);
+    EXPECT_EQ(s.seed(), 42);
+    EXPECT_EQ(s.randomState(), -42);
     EXPECT_EQ(s.setSeed(0), 0);
-    EXPECT_EQ(s.errorText, "Seed must be a value greater than 0 and less than 2,147,483,647");
+    EXPECT_EQ(s.errorText(), "Seed must be a value greater than 0 and less than 2,147,483,647");
     EXPECT_EQ(s.setSeed(-1), 0);
-    EXPECT_EQ(s.seed, 42);
-    EXPECT_EQ(s.randomState, -42);
+    EXPECT_EQ(s.seed(), 42);
+    EXPECT_EQ(s.randomState(), -42);
 
     EXPECT_EQ(s.setSamples(10), 1);
     EXPECT_EQ(s.setSamples(-1), 0);
-    EXPECT_EQ(s.errorText, "Number of execution must be a positive value");
-    EXPECT_EQ(s.numSamples, 10);
+    EXPECT_EQ(s.errorText(), "Number of execution must be a positive value");
+    EXPECT_EQ(s.numSamples(), 10);
     EXPECT_EQ(s.setSamples(0), 1);
-    EXPECT_EQ(s.numSamples, 0);
+    EXPECT_EQ(s.numSamples(), 0);
 
     // Nothing to generate is a failure of the generation, with its text.
     FactorList list;
-    list.addFactor(testing::uniformFactor("a"));
+    ASSERT_EQ(list.addFactor(testing::uniformFactor("a")), 1);
     sampValues store;
     EXPECT_EQ(s.generate(50.0f, store, list), -1.0f);
-    EXPECT_EQ(s.errorText, "  No samples to generate");
+    EXPECT_EQ(s.errorText(), "  No samples to generate");
 }
 
 TEST(Sampler, ResetAndCopies) {
     LatinSampler latin;
-    latin.setSeed(9);
-    latin.setSamples(20);
+    ASSERT_EQ(latin.setSeed(9), 1);
+    ASSERT_EQ(latin.setSamples(20), 1);
     FactorList list;
-    list.addFactor(testing::uniformFactor("a"));
+    ASSERT_EQ(list.addFactor(testing::uniformFactor("a")), 1);
     sampValues store;
-    EXPECT_EQ(latin.generate(10.0f, store, list), latin.progress);
-    EXPECT_GE(latin.progress, 10.0f);
-    EXPECT_NE(latin.randomState, -9);
+    const float reached = latin.generate(10.0f, store, list);
+    EXPECT_EQ(reached, latin.progress());
+    EXPECT_GE(latin.progress(), 10.0f);
+    EXPECT_NE(latin.randomState(), -9);
 
     std::unique_ptr<Sampler> copy = latin.clone();
     EXPECT_NE(dynamic_cast<LatinSampler*>(copy.get()), nullptr);
-    EXPECT_EQ(copy->seed, 9);
-    EXPECT_EQ(copy->numSamples, 20);
-    EXPECT_EQ(copy->numFactors, 1);
-    EXPECT_EQ(copy->progress, 0.0f) << "a copy starts a generation afresh";
+    EXPECT_EQ(copy->seed(), 9);
+    EXPECT_EQ(copy->numSamples(), 20);
+    EXPECT_EQ(copy->numFactors(), 1);
+    EXPECT_EQ(copy->progress(), 0.0f) << "a copy starts a generation afresh";
 
     latin.reset();
-    EXPECT_EQ(latin.progress, 0.0f);
-    EXPECT_EQ(latin.sampleIndex, 0);
-    EXPECT_EQ(latin.factorPosition, 0);
-    EXPECT_EQ(latin.phase, 0);
-    EXPECT_EQ(latin.randomState, -9);
+    EXPECT_EQ(latin.progress(), 0.0f);
+    EXPECT_EQ(latin.sampleIndex(), 0);
+    EXPECT_EQ(latin.factorPosition(), 0);
+    EXPECT_EQ(latin.phase(), 0);
+    EXPECT_EQ(latin.randomState(), -9);
 }
 
 TEST(Sampler, MethodSectionRoundTripAndDefaultsOnFailure) {
     LatinSampler latin;
-    latin.setSamples(250);
-    latin.setNumFactors(4);
-    latin.setSeed(77);
+    ASSERT_EQ(latin.setSamples(250), 1);
+    ASSERT_EQ(latin.setNumFactors(4), 1);
+    ASSERT_EQ(latin.setSeed(77), 1);
     std::ostringstream out;
     latin.writeSection(out);
     EXPECT_EQ(out.str(), "2\nLatin Hypercube\n250\n4\n77\n");
@@ -106,22 +107,21 @@ TEST(Sampler, MethodSectionRoundTripAndDefaultsOnFailure) {
     LatinSampler back;
     back.readItems(in);
     EXPECT_TRUE(in);
-    EXPECT_EQ(back.numSamples, 250);
-    EXPECT_EQ(back.numFactors, 4);
-    EXPECT_EQ(back.seed, 77);
-    EXPECT_EQ(back.randomState, -77);
+    EXPECT_EQ(back.numSamples(), 250);
+    EXPECT_EQ(back.numFactors(), 4);
+    EXPECT_EQ(back.seed(), 77);
+    EXPECT_EQ(back.randomState(), -77);
 
     RandomSampler random;
-    random.setSamples(5);
-    random.setSeed(3);
-    random.methodName = "changed";
+    EXPECT_EQ(random.setSamples(5), 1);
+    EXPECT_EQ(random.setSeed(3), 1);
     std::istringstream bad("12\nx\n");
     random.readItems(bad);
     EXPECT_FALSE(bad);
-    EXPECT_EQ(random.methodName, "Random");
-    EXPECT_EQ(random.numSamples, 0);
-    EXPECT_EQ(random.numFactors, 0);
-    EXPECT_EQ(random.seed, 1);
+    EXPECT_EQ(random.methodName(), "Random");
+    EXPECT_EQ(random.numSamples(), 0);
+    EXPECT_EQ(random.numFactors(), 0);
+    EXPECT_EQ(random.seed(), 1);
 }
 
 }  // namespace

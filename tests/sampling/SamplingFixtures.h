@@ -22,47 +22,47 @@ using tarvex::test::spearman;
 
 inline std::unique_ptr<Uniform> uniformFactor(const std::string& name, double a = 0.0, double b = 1.0) {
     auto u = std::make_unique<Uniform>();
-    u->name = name;
+    EXPECT_EQ(u->setName(name), 1);
     u->clear();
-    u->addInterval(std::make_unique<Interval>(a, b, 1.0));
+    EXPECT_EQ(u->addInterval(std::make_unique<Interval>(a, b, 1.0)), 1);
     return u;
 }
 
 inline std::unique_ptr<Normal> normalFactor(const std::string& name, double mean, double sd) {
     auto n = std::make_unique<Normal>();
-    n->name = name;
-    n->setMean(mean);
-    n->setStdDeviation(sd);
+    EXPECT_EQ(n->setName(name), 1);
+    EXPECT_EQ(n->setMean(mean), 1);
+    EXPECT_EQ(n->setStdDeviation(sd), 1);
     return n;
 }
 
 inline std::unique_ptr<Constant> constantFactor(const std::string& name, double value) {
     auto c = std::make_unique<Constant>();
-    c->name = name;
+    EXPECT_EQ(c->setName(name), 1);
     c->value = value;
     return c;
 }
 
 inline std::unique_ptr<Relation> relationFactor(const std::string& name, const std::string& expression) {
     auto r = std::make_unique<Relation>();
-    r->name = name;
-    r->setExpression(expression);
+    EXPECT_EQ(r->setName(name), 1);
+    EXPECT_EQ(r->setExpression(expression), 1);
     return r;
 }
 
 inline std::vector<double> column(sampValues& store, int32_t c) {
     std::vector<double> out(static_cast<size_t>(store.rowCount()));
-    for (int32_t r = 0; r < store.rowCount(); ++r) store.getValue(r, c, &out[static_cast<size_t>(r)]);
+    for (int32_t r = 0; r < store.rowCount(); ++r) EXPECT_EQ(store.getValue(r, c, &out[static_cast<size_t>(r)]), 1);
     return out;
 }
 
 // Three uniform factors whose pairwise targets 0.9, 0.9, -0.9 no matrix can
 // carry: the rank table must report it.
 inline void makeImpossibleCorrelations(FactorList& list) {
-    for (const char* name : {"a", "b", "c"}) list.addFactor(uniformFactor(name));
-    list.setMatrixValue(0, 1, 0.9);
-    list.setMatrixValue(0, 2, 0.9);
-    list.setMatrixValue(1, 2, -0.9);
+    for (const char* name : {"a", "b", "c"}) EXPECT_EQ(list.addFactor(uniformFactor(name)), 1);
+    EXPECT_EQ(list.setMatrixValue(0, 1, 0.9), 1);
+    EXPECT_EQ(list.setMatrixValue(0, 2, 0.9), 1);
+    EXPECT_EQ(list.setMatrixValue(1, 2, -0.9), 1);
     list.correlationMode = kImanConoverCorrelation;
 }
 
