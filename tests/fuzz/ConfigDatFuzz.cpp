@@ -7,7 +7,7 @@
 
 namespace tarvex {
 
-TARVEX_FUZZ_TARGET(ConfigDat, 2000) {
+TARVEX_FUZZ_TARGET(ConfigDat, 1000) {
     RememberedDirectories directories;
     if (!ConfigDatFile::read(fuzz::scratchInput(input), directories)) return fuzz::Outcome::Refused;
     bool absolute = true;

@@ -8,7 +8,7 @@
 
 namespace tarvex {
 
-TARVEX_FUZZ_TARGET(ExternalSample, 400) {
+TARVEX_FUZZ_TARGET(ExternalSample, 200) {
     PrepConfiguration configuration;
     configuration.sampleFile = "kept.sam";
     if (!configuration.loadExternalSample(fuzz::scratchInput(input))) {

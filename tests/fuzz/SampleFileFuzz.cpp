@@ -15,7 +15,7 @@ bool loads(const std::string& text, PrepConfiguration& configuration) {
 
 }  // namespace
 
-TARVEX_FUZZ_TARGET(SampleFile, 400) {
+TARVEX_FUZZ_TARGET(SampleFile, 200) {
     PrepConfiguration configuration;
     configuration.sampleFile = "kept.sam";
     if (!configuration.readSampleFile(fuzz::scratchInput(input))) {

@@ -5,7 +5,7 @@
 
 namespace tarvex {
 
-TARVEX_FUZZ_TARGET(StartupFile, 2000) {
+TARVEX_FUZZ_TARGET(StartupFile, 1000) {
     StartupFile startup;
     if (!startup.read(fuzz::scratchInput(input))) {
         fuzz::check(startup.installLine.empty() && startup.mark == 0, "a refused file left values behind");

@@ -16,7 +16,7 @@ namespace {
 
 }  // namespace
 
-TARVEX_FUZZ_TARGET(SteinFile, 2000) {
+TARVEX_FUZZ_TARGET(SteinFile, 1500) {
     const std::string path = fuzz::scratchInput(input);
     FactorList list;
     if (!list.importStein(path, 1)) return fuzz::Outcome::Refused;
