@@ -15,6 +15,8 @@ namespace tarvex {
 namespace {
 
 constexpr int32_t kMaxCacheLimit = 1 << 28;
+// Rows of a new store's first block; it doubles up to the full block.
+constexpr int32_t kFirstBlockRows = 16;
 
 // dst (cols x rows) = transpose of src (rows x cols), both row after row.
 // Tiled so that both sides stay in cache for wide and for narrow tables.
@@ -80,6 +82,7 @@ void sampValues::takeFrom(sampValues& other) noexcept {
     rows_ = other.rows_;
     columns_ = other.columns_;
     blockRows_ = other.blockRows_;
+    fullBlockRows_ = other.fullBlockRows_;
     segmentBlocks_ = other.segmentBlocks_;
     order_ = other.order_;
     columnMode_ = other.columnMode_;
@@ -317,6 +320,7 @@ void sampValues::resetCounts() {
     rows_ = 0;
     columns_ = 0;
     blockRows_ = 0;
+    fullBlockRows_ = 0;
     segmentBlocks_ = 1;
     columnMode_ = 0;
     dirty_ = false;
@@ -351,9 +355,34 @@ int sampValues::allocate(int32_t columns) {
     }
     clear();
     columns_ = columns;
-    blockRows_ = cacheLimit_ / columns + 1;
+    fullBlockRows_ = cacheLimit_ / columns + 1;
+    blockRows_ = std::min(fullBlockRows_, kFirstBlockRows);
     segmentBlocks_ = std::max(1, cacheLimit_ / blockRows_);
     return 1;
+}
+
+// While the whole sample is in block 0, the block can take a new length: its
+// slot is written whole from the row window at the next flush, so the window
+// only has to hold the block's rows and grow.
+bool sampValues::growFirstBlock(int32_t rows) {
+    if (rows <= blockRows_ || blockRows_ >= fullBlockRows_) return true;
+    if (int64_t{rows_} > blockRows_) return true;  // laid out for good
+    if (!toRowMode()) return false;
+    if (windowBlock_ != 0 && !loadRowWindow(0)) return false;
+    int32_t grown = blockRows_;
+    while (grown < rows && grown < fullBlockRows_)
+        grown = static_cast<int32_t>(std::min<int64_t>(int64_t{grown} * 2, fullBlockRows_));
+    try {
+        rowWindow_.resize(size_t(grown) * size_t(columns_), 0.0);
+    } catch (const std::exception&) {
+        fail("Not enough memory for the sample window");
+        return false;
+    }
+    blockRows_ = grown;
+    segmentBlocks_ = std::max(1, cacheLimit_ / blockRows_);
+    endRow_ = grown;
+    dirty_ = true;
+    return true;
 }
 
 int32_t sampValues::addRow(const double* values) {
@@ -370,6 +399,7 @@ int32_t sampValues::addRow(const double* values) {
         return 0;
     }
     const int32_t row = rows_;
+    if (row == blockRows_ && !growFirstBlock(row + 1)) return 0;
     if (!(!columnMode_ && windowBlock_ >= 0 && row >= firstRow_ && row < endRow_)) {
         if (!toRowMode() || !loadRowWindow(row / blockRows_)) return 0;
     }
@@ -476,6 +506,7 @@ bool sampValues::copyFrom(const sampValues& other) {
     cacheLimit_ = other.cacheLimit_;
     columns_ = other.columns_;
     blockRows_ = other.blockRows_;
+    fullBlockRows_ = other.fullBlockRows_;
     segmentBlocks_ = other.segmentBlocks_;
     rows_ = other.rows_;
 

@@ -18,6 +18,11 @@ namespace tarvex {
 // of one column. The file is the single copy of everything outside the live
 // window, so switching modes only needs a flush.
 //
+// A store starts with a short first block that doubles as rows arrive, up to
+// the full `blockRows()`: a sample of a few rows then costs a few rows of
+// memory and file, not a whole window. Once a second block is needed, the
+// layout no longer changes.
+//
 // Memory: the row window and its transposition buffer hold about
 // cacheLimit + columns doubles each, the column window about cacheLimit, so
 // the store stays within a few megabytes whatever its number of rows.
@@ -58,7 +63,8 @@ public:
 
     int32_t rowCount() const { return rows_; }
     int32_t columnCount() const { return columns_; }
-    int32_t blockRows() const { return blockRows_; }
+    // Rows per block once the sample outgrows its first block.
+    int32_t blockRows() const { return fullBlockRows_; }
     int32_t cacheLimit() const { return cacheLimit_; }
     int32_t order() const { return order_; }
     int32_t columnMode() const { return columnMode_; }
@@ -93,6 +99,7 @@ private:
     [[nodiscard]] bool columnWindowFor(int32_t row, int32_t column);
     [[nodiscard]] bool readColumnRun(int32_t column, int32_t block, double* out) const;
     [[nodiscard]] bool copyFrom(const sampValues& other);
+    [[nodiscard]] bool growFirstBlock(int32_t rows);
     void fail(const char* text) const;
     void resetCounts();
     void removeFile();
@@ -101,7 +108,8 @@ private:
     int32_t cacheLimit_ = defaultCacheLimit;
     int32_t rows_ = 0;
     int32_t columns_ = 0;
-    int32_t blockRows_ = 0;
+    int32_t blockRows_ = 0;      // rows per block as the file is laid out now
+    int32_t fullBlockRows_ = 0;  // what blockRows_ grows to
     int32_t segmentBlocks_ = 1;  // blocks per column window
     int32_t order_ = 0;
     int32_t columnMode_ = 0;

@@ -128,7 +128,8 @@ void sampValues::read(std::istream& in) {
         // column window. The rows count is taken on trust while reading; parts
         // of the file never written read back as zeros, and a short text
         // clears the store below.
-        rows_ = rows;
+        if (!growFirstBlock(rows)) in.setstate(std::ios::badbit);
+        if (in) rows_ = rows;
         double value = 0.0;
         for (int32_t j = 0; j < columns && in; ++j) {
             for (int32_t i = 0; i < rows; ++i) {

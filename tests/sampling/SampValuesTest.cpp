@@ -73,6 +73,27 @@ TEST(SampValuesAllocate, SizesAndBlockRows) {
     EXPECT_EQ(wider.blockRows(), 1);
 }
 
+// A small sample keeps a small file; rows written before the first block
+// reached its full length read back after it, by row and by column.
+TEST(SampValuesAllocate, FirstBlockGrowsWithTheSample) {
+    sampValues store(1000);  // full blocks of 334 rows at 3 columns
+    ASSERT_EQ(store.allocate(3), 1);
+    for (int r = 0; r < 40; ++r) ASSERT_EQ(store.addRow(rowOf(r, 3).data()), r + 1);
+    const sampValues copy(store);  // flushes the window to the file
+    EXPECT_LE(std::filesystem::file_size(store.workingFileName()), 64u * 3u * sizeof(double));
+    for (int r = 40; r < 700; ++r) ASSERT_EQ(store.addRow(rowOf(r, 3).data()), r + 1);
+    double x = 0;
+    for (int r = 0; r < 700; r += 13) {
+        ASSERT_EQ(store.getColumnValue(r, 2, &x), 1);
+        EXPECT_EQ(x, r + 0.25);
+    }
+    for (int r = 0; r < 700; r += 17) {
+        ASSERT_EQ(store.getValue(r, 1, &x), 1);
+        EXPECT_EQ(x, r + 0.125);
+    }
+    ASSERT_EQ(copy.rowCount(), 40);
+}
+
 TEST(SampValuesAllocate, TwiceFailsUntilCleared) {
     sampValues store;
     ASSERT_EQ(store.allocate(3), 1);
