@@ -259,10 +259,12 @@ bool sampValues::readColumnRun(int32_t column, int32_t block, double* out) const
 bool sampValues::loadColumnWindow(int32_t column, int32_t segment) {
     if (!flushColumnWindow()) return false;
     cachedColumn_ = -1;
-    const size_t size = size_t(segmentBlocks_) * size_t(blockRows_);
-    if (!reserve(columnWindow_, size)) return false;
+    // The window spans the segment's blocks that exist, so a short sample
+    // does not pay for a whole window.
     const int32_t first = segment * segmentBlocks_;
     const int32_t end = std::min(first + segmentBlocks_, blockCount());
+    const size_t size = size_t(std::max(end - first, 1)) * size_t(blockRows_);
+    if (!reserve(columnWindow_, size)) return false;
     if (columns_ == 1) {
         const int64_t values = std::min<int64_t>(int64_t{rows_} - int64_t{first} * blockRows_, int64_t(size));
         if (!readBytes(columnWindow_.data(), values * int64_t{sizeof(double)}, slotOffset(first))) return false;
