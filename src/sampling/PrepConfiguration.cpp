@@ -1,6 +1,7 @@
 #include "sampling/PrepConfiguration.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
@@ -251,6 +252,19 @@ void PrepConfiguration::cancelGeneration() {
 
 // ------------------------------------------------------------ the Prep record
 
+// A flag line of the record: 0 or 1, and nothing glued to it. "55.2" or
+// "1x" would read as a number and leave the rest of the line to the next
+// item, which then reads something else than what a save writes back.
+static bool readFlag(std::istream& in, int32_t& flag) {
+    int32_t value = -1;
+    if (!(in >> value) || (value != 0 && value != 1)) return false;
+    const int next = in.peek();
+    if (next != std::char_traits<char>::eof() && !std::isspace(next)) return false;
+    in.clear(in.rdstate() & ~std::ios::eofbit);
+    flag = value;
+    return true;
+}
+
 void PrepConfiguration::write(std::ostream& out) const {
     out << external << '\n';
     samples.write(out);
@@ -271,11 +285,11 @@ int PrepConfiguration::read(std::istream& in) {
         in.setstate(std::ios::failbit);
         return 0;
     };
-    if (!(in >> external)) return 0;
+    if (!readFlag(in, external)) return failed();
     // The store's reader also reads away the end of its last line.
     samples.read(in);
     if (!in) return 0;
-    if (!(in >> hasStatistics)) return 0;
+    if (!readFlag(in, hasStatistics)) return failed();
     sampleStatistics.reset();
     if (hasStatistics == 1) {
         auto statistics = std::make_unique<SampleStatistics>();
