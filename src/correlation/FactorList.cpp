@@ -75,6 +75,14 @@ int FactorList::addFactor(std::unique_ptr<Factor> factor) {
     return 1;
 }
 
+int FactorList::addFactors(std::vector<std::unique_ptr<Factor>> factors) {
+    for (const auto& factor : factors)
+        if (!factor) return 0;
+    for (auto& factor : factors) appendFactor(std::move(factor));
+    computeFactorOrder();
+    return 1;
+}
+
 void FactorList::appendFactor(std::unique_ptr<Factor> factor) {
     if (isCorrelatableType(factor->typeName())) insertMatrixRow(matrixSize());
     tree_.addNode(factor->name());

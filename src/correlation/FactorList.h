@@ -49,6 +49,9 @@ public:
     // adds a row and a column to the correlation matrix: 0.0, 1.0 on the
     // diagonal. The sampling order is computed anew.
     [[nodiscard]] int addFactor(std::unique_ptr<Factor> factor);
+    // addFactor for many at once, the order computed once: a file of
+    // thousands of columns would otherwise cost the square of its width.
+    [[nodiscard]] int addFactors(std::vector<std::unique_ptr<Factor>> factors);
     // Removes factor i, its node (its links dissolved, see
     // DependenceTree::unlink) and its matrix row and column. Refused, with
     // errorText naming the relation, while another factor that is a relation

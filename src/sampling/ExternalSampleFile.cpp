@@ -15,6 +15,7 @@
 #include <fstream>
 #include <memory>
 #include <new>
+#include <vector>
 
 #include "factors/Dummy.h"
 #include "factors/FactorName.h"
@@ -79,14 +80,13 @@ int PrepConfiguration::loadExternalSample(const std::string& fileName) try {
     PrepConfiguration loaded;
     int32_t sampleCount = 0, factorCount = 0;
     bool ok = in && readCount(in, sampleCount) && readCount(in, factorCount);
+    std::vector<std::unique_ptr<Factor>> columns;
     for (int32_t i = 0; ok && i < factorCount; ++i) {
         std::string name;
         ok = readName(in, name);
-        if (ok) {
-            auto factor = std::make_unique<Dummy>(name);
-            ok = loaded.factors.addFactor(std::move(factor)) == 1;
-        }
+        if (ok) columns.push_back(std::make_unique<Dummy>(name));
     }
+    if (ok) ok = loaded.factors.addFactors(std::move(columns)) == 1;
     if (ok) {
         auto random = std::make_unique<RandomSampler>();
         ok = random->setSamples(sampleCount) == 1 && loaded.samples.allocate(factorCount) == 1;
