@@ -160,6 +160,8 @@ TEST(Evaluator, WhiteSpaceNamesAndTable) {
     EXPECT_EQ(value("x"), 3.0);
     EXPECT_EQ(run("x = 3//c\n+1").status, 0);
     EXPECT_EQ(value("x"), 4.0);
+    EXPECT_EQ(run("x /* c */ = 3").status, 0);
+    EXPECT_EQ(value("x"), 3.0);
     // Case matters; "_" and digits belong to names.
     EXPECT_EQ(run("b = 1; a = 2; C = 3; _ = 4; a1_ = 5; A = 6").status, 0);
     const auto& table = Evaluator::instance().symbolTable();
