@@ -36,7 +36,6 @@ TEST(Relation, SetExpressionCollectsNamesInTableOrder) {
     EXPECT_EQ(r.factorNames(), (Names{"a", "b"}));
     ASSERT_EQ(r.setExpression("b + a"), 1);
     EXPECT_EQ(r.factorNames(), (Names{"a", "b"}));
-    EXPECT_EQ(r.expression(), "b + a");
     ASSERT_EQ(r.setExpression("sin(zeta) + Beta * alpha"), 1);
     EXPECT_EQ(r.factorNames(), (Names{"Beta", "alpha", "zeta"}));  // byte order; no "sin"
     ASSERT_EQ(r.setExpression("b * b + b"), 1);
