@@ -1,6 +1,8 @@
 // Every file the program saves, written while the disk fills up midway: the
 // save reports its failure, the former file stays byte for byte, and no
-// temporary file is left beside it.
+// temporary file is left beside it. That the writer they share survives a
+// failure at any byte is proven with the writer; here each format shows that it
+// saves through it.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -50,7 +52,7 @@ void checkFailedSavesKeepTheFormerFile(const std::string& format, const Save& sa
     const int64_t size = static_cast<int64_t>(fs::file_size(probe.file("file")));
     ASSERT_NE(test::readFile(probe.file("file")), former);
 
-    for (int64_t bytes : {int64_t{0}, int64_t{1}, size / 2, size - 1}) {
+    for (int64_t bytes : {int64_t{1}, size / 2}) {
         {
             ScopedWriteFailure full(bytes);
             EXPECT_EQ(save(path, 1), 0) << "failing after " << bytes << " of " << size << " bytes";

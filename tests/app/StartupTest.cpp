@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <optional>
 #include <sstream>
 #include <string>
 
@@ -54,24 +55,14 @@ int startIn(const Installation& inst, Environment& env, std::string* errText = n
 
 }  // namespace
 
-TEST(EnvironmentStart, MissingStartupFileGivesTheMessageAndStatusZeroAndTouchesNothing) {
-    Installation inst;
-    Environment env;
-    std::string err;
-    EnvironmentStart start;
-    EXPECT_EQ(startIn(inst, env, &err, &start), 0);
-    EXPECT_EQ(start.exitStatus, 0);
-    EXPECT_EQ(err, kMessage);
-    EXPECT_TRUE(env.mainDir().empty());
-    EXPECT_FALSE(fs::exists(inst.work.path() / "Tarvex.cfg"));
-    EXPECT_TRUE(fs::is_empty(inst.work.path()));
-}
-
-TEST(EnvironmentStart, UnusableFirstLineIsTreatedLikeAMissingFileAndTheFileStaysAsItWas) {
-    Installation inst;
+// A missing file, or one whose first line can't be used: the message, status 0,
+// no installation directory, and no file written or repaired.
+TEST(EnvironmentStart, MissingOrUnusableStartupFileGivesTheMessageAndTouchesNothing) {
     const std::string tooLong = std::string(1024, 'x') + "\n0\n";
-    for (const std::string& content : {tooLong, std::string(""), std::string("\n0\n")}) {
-        inst.writeCfg(content);
+    for (const std::optional<std::string>& content :
+         {std::optional<std::string>(), std::optional(tooLong), std::optional<std::string>(""), std::optional<std::string>("\n0\n")}) {
+        Installation inst;
+        if (content) inst.writeCfg(*content);
         inst.writeAllDemos("[MAINDIR]/Demo/a.spc\n");
         Environment env;
         std::string err;
@@ -79,7 +70,11 @@ TEST(EnvironmentStart, UnusableFirstLineIsTreatedLikeAMissingFileAndTheFileStays
         EXPECT_EQ(startIn(inst, env, &err, &start), 0);
         EXPECT_EQ(start.exitStatus, 0);
         EXPECT_EQ(err, kMessage);
-        EXPECT_EQ(inst.cfg(), content);
+        EXPECT_TRUE(env.mainDir().empty());
+        if (content) {
+            EXPECT_EQ(inst.cfg(), *content);
+        }
+        EXPECT_EQ(std::distance(fs::directory_iterator(inst.work.path()), fs::directory_iterator()), content ? 1 : 0);
         EXPECT_EQ(readFile(inst.dem("Ishigami")), "[MAINDIR]/Demo/a.spc\n");
     }
 }
@@ -92,19 +87,6 @@ TEST(EnvironmentStart, FirstLineOfExactly1023CharactersIsAccepted) {
     ASSERT_EQ(file.read(work.file("Tarvex.cfg")), 1);
     EXPECT_EQ(file.installLine, dir);
     EXPECT_EQ(file.mark, 5);
-}
-
-TEST(EnvironmentStart, MarkSevenIsKeptAndTheDemoFilesAreNotTouched) {
-    Installation inst;
-    inst.writeCfg(inst.install.path().string() + "\n7\n");
-    inst.writeAllDemos("[MAINDIR]/Demo/ishigami.spc\n");
-    Environment env;
-    EnvironmentStart start;
-    ASSERT_EQ(startIn(inst, env, nullptr, &start), 1);
-    EXPECT_EQ(start.repaired, 0);
-    EXPECT_EQ(inst.cfg(), inst.install.path().string() + "\n7\n");
-    for (const char* name : DemoRepair::kCaseNames) EXPECT_EQ(readFile(inst.dem(name)), "[MAINDIR]/Demo/ishigami.spc\n");
-    EXPECT_EQ(env.mainDir(), inst.install.path().string());
 }
 
 TEST(EnvironmentStart, MarkZeroRepairsOnceAndBecomesOne) {
@@ -136,31 +118,33 @@ TEST(EnvironmentStart, MarkZeroRepairsOnceAndBecomesOne) {
     EXPECT_EQ(readFile(inst.dem("Ishigami")), expected);
 }
 
-TEST(EnvironmentStart, UnparseableOrMissingMarkRunsTheRepair) {
-    for (const std::string& second : {std::string("abc\n"), std::string(""), std::string("99999999999\n")}) {
+// The mark after the directory line: a number other than 0 keeps the files as
+// they are (the file written back with plain line ends); 0, no number or an
+// unreadable one repairs them and becomes 1.
+TEST(EnvironmentStart, MarkDecidesTheRepair) {
+    struct Case {
+        const char* after;  // what follows the directory on its line
+        bool repaired;
+        const char* written;  // what follows the directory in the file written back
+    };
+    const Case cases[] = {
+        {"\n7\n", false, "\n7\n"},        {"\r\n-3\r\n", false, "\n-3\n"},
+        {"\nabc\n", true, "\n1\n"},       {"\n", true, "\n1\n"},
+        {"\n99999999999\n", true, "\n1\n"},
+    };
+    for (const Case& c : cases) {
         Installation inst;
         const std::string dir = inst.install.path().string();
-        inst.writeCfg(dir + "\n" + second);
+        inst.writeCfg(dir + c.after);
         writeFile(inst.dem("linear"), "[MAINDIR]/Demo/l.spc\n");
         Environment env;
         EnvironmentStart start;
-        ASSERT_EQ(startIn(inst, env, nullptr, &start), 1) << second;
-        EXPECT_EQ(start.repaired, 1) << second;
-        EXPECT_EQ(readFile(inst.dem("linear")), dir + "/Demo/l.spc\n\n");
-        EXPECT_EQ(inst.cfg(), dir + "\n1\n");
+        ASSERT_EQ(startIn(inst, env, nullptr, &start), 1) << c.after;
+        EXPECT_EQ(env.mainDir(), dir);
+        EXPECT_EQ(start.repaired, c.repaired ? 1 : 0) << c.after;
+        EXPECT_EQ(readFile(inst.dem("linear")), c.repaired ? dir + "/Demo/l.spc\n\n" : "[MAINDIR]/Demo/l.spc\n") << c.after;
+        EXPECT_EQ(inst.cfg(), dir + c.written) << c.after;
     }
-}
-
-TEST(EnvironmentStart, NegativeMarkAndCrlfFileAreReadAsTheyMean) {
-    Installation inst;
-    const std::string dir = inst.install.path().string();
-    inst.writeCfg(dir + "\r\n-3\r\n");
-    writeFile(inst.dem("linear"), "[MAINDIR]/x\n");
-    Environment env;
-    ASSERT_EQ(startIn(inst, env), 1);
-    EXPECT_EQ(env.mainDir(), dir);
-    EXPECT_EQ(inst.cfg(), dir + "\n-3\n");
-    EXPECT_EQ(readFile(inst.dem("linear")), "[MAINDIR]/x\n");
 }
 
 TEST(EnvironmentStart, RelativeInstallationDirectoryIsResolvedAgainstTheStartDirectory) {

@@ -16,35 +16,24 @@ std::vector<double> draw(int32_t state, int n) {
     return out;
 }
 
-TEST(UniformRandom, FirstValuesFromSeedOne) {
-    int32_t state = -1;
-    EXPECT_EQ(uniformRandom(&state), 0.5285838720992343);
-    EXPECT_GT(state, 0) << "the word is positive once started";
-    EXPECT_EQ(uniformRandom(&state), 0.03596993957527208);
-    EXPECT_EQ(uniformRandom(&state), 0.31426380980407065);
-}
-
-TEST(UniformRandom, FirstValuesFromDefaultSeed) {
-    int32_t state = -5648423;
-    EXPECT_EQ(uniformRandom(&state), 0.6514319932887886);
-    EXPECT_EQ(uniformRandom(&state), 0.7474184872259253);
-    EXPECT_EQ(uniformRandom(&state), 0.5046286419469093);
-}
-
 // A word of 0 or below restarts: its negation, or 1 when that is below 1
 // (0 itself, and the most negative word, whose negation wraps to itself).
-TEST(UniformRandom, RestartRule) {
+TEST(UniformRandom, FirstValuesAndRestartRule) {
     const std::vector<double> seedOne = {0.5285838720992343, 0.03596993957527208, 0.31426380980407065};
-    EXPECT_EQ(draw(0, 3), seedOne);
-    EXPECT_EQ(draw(INT32_MIN, 3), seedOne);
-    EXPECT_EQ(draw(-5648423, 1).front(), 0.6514319932887886);
+    for (int32_t word : {-1, 0, INT32_MIN}) EXPECT_EQ(draw(word, 3), seedOne) << word;
+    EXPECT_EQ(draw(-5648423, 3), (std::vector<double>{0.6514319932887886, 0.7474184872259253, 0.5046286419469093}));
     // A positive word does not restart: it continues on the shared table.
     int32_t state = -1;
-    uniformRandom(&state);
+    (void)uniformRandom(&state);
+    EXPECT_GT(state, 0) << "the word is positive once started";
     const int32_t afterFirst = state;
     (void)uniformRandom(&state);
     state = afterFirst;
-    EXPECT_NE(uniformRandom(&state), 0.5285838720992343);
+    EXPECT_NE(uniformRandom(&state), seedOne[0]);
+    // The top of the range is clamped to the single-precision constant
+    // 0.99999988; seed 3080580 is one whose first raw value lies above it.
+    EXPECT_EQ(draw(-3080580, 1).front(), 0.9999998807907104);
+    EXPECT_EQ(0.9999998807907104, double(0.99999988f));
 }
 
 // The second stream, the table and `last` are shared: a stream restarted in
@@ -65,13 +54,6 @@ TEST(UniformRandom, SharedTableCouplesStreams) {
     EXPECT_EQ(first[0], 0.5285838720992343);
     EXPECT_NE(first[2], 0.03596993957527208) << "stream a was disturbed by b's restart";
     EXPECT_EQ(interleaved(), first);
-}
-
-// The top of the range is clamped to the single-precision constant 0.99999988.
-// Seed 3080580 is one whose first raw value lies above it.
-TEST(UniformRandom, TopClamp) {
-    EXPECT_EQ(draw(-3080580, 1).front(), 0.9999998807907104);
-    EXPECT_EQ(draw(-3080580, 1).front(), double(0.99999988f));
 }
 
 TEST(UniformRandom, OpenIntervalAndMean) {

@@ -50,8 +50,8 @@ TEST(DiagonalBand, ExactBranchesStillDrawFirst) {
     // Reference stream: a fresh word at the default seed restarts the shared
     // table just as the sampler's own first draw does.
     int32_t state = -5648423;
-    const double t1 = uniformRandom(&state);
-    const double t2 = uniformRandom(&state);
+    (void)uniformRandom(&state);
+    (void)uniformRandom(&state);
     const double t3 = uniformRandom(&state);
     const double t4 = uniformRandom(&state);
 
@@ -64,8 +64,6 @@ TEST(DiagonalBand, ExactBranchesStillDrawFirst) {
     // The draws of the two exact branches were spent: this is the third.
     EXPECT_EQ(band.sampleConditional(0.9), t3);
     EXPECT_EQ(band.sampleConditional(0.1), t4);
-    (void)t1;
-    (void)t2;
 }
 
 TEST(DiagonalBand, MiddlePieceByHand) {
@@ -117,10 +115,6 @@ TEST(DiagonalBand, DefaultGeneratorsRepeatTheirStream) {
     };
     const std::vector<double> first = run();
     EXPECT_EQ(run(), first);
-    for (double x : first) {
-        EXPECT_GE(x, 0.0);
-        EXPECT_LE(x, 1.0);
-    }
 }
 
 TEST(DiagonalBand, UniformMarginalAndWantedCorrelation) {

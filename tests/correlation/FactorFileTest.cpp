@@ -94,12 +94,7 @@ TEST_F(FactorFile, EveryKindRoundTripsByteForByte) {
     ASSERT_EQ(list.read(in), 1);
     EXPECT_EQ(textOf(list), first);
 
-    ASSERT_EQ(list.factorCount(), 12);
-    for (int i = 0; i < 12; ++i) {
-        EXPECT_EQ(list.getFactor(i)->typeName(), original.getFactor(i)->typeName());
-        EXPECT_EQ(list.getFactor(i)->name(), original.getFactor(i)->name());
-    }
-    // Six significant digits: the mean comes back rounded.
+    // What the text alone cannot show: the values as read. Six significant digits: the mean comes back rounded.
     EXPECT_EQ(dynamic_cast<Normal*>(list.getFactor(0))->getMean(), 1.23457);
     EXPECT_EQ(dynamic_cast<Normal*>(list.getFactor(0))->getLeftTruncation(), 0.01);
     EXPECT_EQ(list.getFactor(0)->note(), "  blanks kept  ");
@@ -198,12 +193,8 @@ TEST_F(FactorFile, NamesTypesAndCounts) {
     ASSERT_EQ(two.addFactor(named<Normal>("abcdefghijklmnopqrs")), 1);  // 19 characters
     ASSERT_EQ(two.addFactor(named<Constant>("k")), 1);
     const std::string text = textOf(two);
-    {
-        std::istringstream in(text);
-        FactorList list;
-        ASSERT_EQ(list.read(in), 1);
-        EXPECT_EQ(list.getFactor(0)->name(), "abcdefghijklmnopqrs");
-    }
+    // A record the factor reader refuses (its rules are tested with the
+    // records) fails the whole list and leaves the caller's.
     const auto failsOver = [](const std::string& damaged) {
         std::istringstream in(damaged);
         FactorList list = callersList();
@@ -216,12 +207,6 @@ TEST_F(FactorFile, NamesTypesAndCounts) {
     std::string badType = text;
     badType.replace(badType.find("Constant"), 8, "Konstant");
     EXPECT_TRUE(failsOver(badType));
-    std::string dummyType = text;
-    dummyType.replace(dummyType.find("Constant"), 8, "Dummy");
-    EXPECT_TRUE(failsOver(dummyType));
-    std::string digitName = text;
-    digitName.replace(digitName.find("\nk\n"), 3, "\n9k\n");
-    EXPECT_TRUE(failsOver(digitName));
 
     // A list holding a Dummy saves but can't be loaded again.
     FactorList withDummy;
@@ -238,17 +223,6 @@ TEST_F(FactorFile, NamesTypesAndCounts) {
     EXPECT_EQ(list.correlatableCount(), 1);
     EXPECT_EQ(list.correlationMatrix(), (std::vector<float>{1}));
     EXPECT_EQ(list.correlationMode, 2);
-
-    // A Triangular out of order loads, default and flagged.
-    FactorList tri;
-    ASSERT_EQ(tri.addFactor(named<Triangular>("t")), 1);
-    std::string triText = textOf(tri);
-    triText.replace(triText.find("1\t0\t1\t2"), 7, "1\t3\t1\t2");
-    std::istringstream triIn(triText);
-    ASSERT_EQ(tri.read(triIn), 1);
-    auto* t = dynamic_cast<Triangular*>(tri.getFactor(0));
-    EXPECT_EQ(t->getAlfa(), 0.0);
-    EXPECT_EQ(t->errorText(), "Wrong values assigned to the distribution definition interval: check alfa beta and gamma");
 }
 
 TEST_F(FactorFile, DamagedCorrelationPartsFail) {
@@ -316,10 +290,6 @@ TEST_F(FactorFile, FileMessages) {
 
     EXPECT_EQ(saveFactorFile(dir.file("no/dir/x.fac"), list, err), 0);
     EXPECT_EQ(err, "Error opening file for output");
-    // Saving replaces an older file whole.
-    test::writeFile(dir.file("x.fac"), std::string(10000, 'z'));
-    ASSERT_EQ(saveFactorFile(dir.file("x.fac"), list, err), 1);
-    EXPECT_EQ(test::readFile(dir.file("x.fac")), textOf(list));
     if (::access("/dev/full", W_OK) == 0) {
         FactorList big = test::everyKindList();
         big.steinInfo.assign(2000, 2, std::vector<double>(4000, 0.123456));

@@ -174,19 +174,11 @@ TEST(FactorList, CopiesEveryFactorByItsClass) {
     FactorList list = test::everyKindList();
     ASSERT_EQ(list.addFactor(named<Dummy>("dum")), 1);
     list.sourceText = "/some/file.fac";
+    // The file text holds every factor by its kind, the links, the matrix and
+    // the Stein sample.
     FactorList copy(list);
-    ASSERT_EQ(copy.factorCount(), list.factorCount());
-    for (int i = 0; i < list.factorCount(); ++i) {
-        EXPECT_NE(copy.getFactor(i), list.getFactor(i));
-        EXPECT_EQ(copy.getFactor(i)->typeName(), list.getFactor(i)->typeName());
-        EXPECT_EQ(copy.getFactor(i)->getType(), list.getFactor(i)->getType());
-        EXPECT_EQ(copy.getFactor(i)->name(), list.getFactor(i)->name());
-    }
-    EXPECT_EQ(dynamic_cast<Discrete*>(copy.getFactor(10))->count(), 3);
-    EXPECT_EQ(dynamic_cast<Relation*>(copy.getFactor(11))->expression(), "norm * 2 + konst");
-    EXPECT_EQ(copy.tree().node(4).parent, 3);
-    EXPECT_EQ(copy.correlationMatrix(), list.correlationMatrix());
-    EXPECT_EQ(copy.steinInfo.value(1, 0), -3.25);
+    EXPECT_EQ(fileText(copy), fileText(list));
+    for (int i = 0; i < list.factorCount(); ++i) EXPECT_NE(copy.getFactor(i), list.getFactor(i));
     EXPECT_EQ(copy.sourceText, "/some/file.fac");
 
     // The copy is independent of its source.
@@ -198,8 +190,7 @@ TEST(FactorList, CopiesEveryFactorByItsClass) {
     FactorList assigned;
     ASSERT_EQ(assigned.addFactor(named<Normal>("old")), 1);
     assigned = list;
-    EXPECT_EQ(assigned.factorCount(), 13);
-    EXPECT_EQ(assigned.getFactor(12)->typeName(), "Dummy");
+    EXPECT_EQ(fileText(assigned), fileText(list));
 }
 
 TEST(DependenceTree, LinksMovesAndRefusesCycles) {
@@ -214,16 +205,12 @@ TEST(DependenceTree, LinksMovesAndRefusesCycles) {
     EXPECT_EQ(list.isLinked(4), 0);
 
     // a under its grandchild c: refused, nothing changes.
-    const auto before = list.tree().nodes();
+    const std::string before = fileText(list);
     EXPECT_EQ(list.linkFactor(0, 2, 0.3), 0);
     EXPECT_EQ(list.errorText(), "   Cyclic correlation not allowed");
     EXPECT_EQ(list.moveLink(1, 3), 0);
     EXPECT_EQ(list.errorText(), "   Cyclic correlation not allowed");
-    ASSERT_EQ(list.tree().nodes().size(), before.size());
-    for (std::size_t i = 0; i < before.size(); ++i) {
-        EXPECT_EQ(list.tree().node(static_cast<int>(i)).parent, before[i].parent);
-        EXPECT_EQ(list.tree().node(static_cast<int>(i)).children, before[i].children);
-    }
+    EXPECT_EQ(fileText(list), before);
     // Dropped on itself: nothing happens.
     EXPECT_EQ(list.moveLink(2, 2), 1);
     EXPECT_EQ(list.tree().node(2).parent, 1);

@@ -6,27 +6,24 @@
 #include <cmath>
 #include <vector>
 
+#include "Correlations.h"
+#include "TestSupport.h"
 #include "correlation/ColumnFile.h"
 #include "correlation/ImanConover.h"
-
-#include <cstdlib>
-#include <string>
 
 namespace tarvex {
 namespace {
 
 std::vector<float> matrix2(float rho) { return {1.0f, rho, rho, 1.0f}; }
 
-// Spearman correlation of two rank columns (ranks 0..N-1, no ties).
-double spearman(const ImanConover& ic, int32_t a, int32_t b) {
-    const int32_t n = ic.rowCount();
-    double d2 = 0.0;
-    for (int32_t r = 0; r < n; ++r) {
-        const double d = double(ic.rankOf(a, r) - ic.rankOf(b, r));
-        d2 += d * d;
-    }
-    return 1.0 - 6.0 * d2 / (double(n) * (double(n) * n - 1.0));
+std::vector<double> ranksOf(const ImanConover& ic, int32_t column) {
+    std::vector<double> r;
+    for (int32_t row = 0; row < ic.rowCount(); ++row) r.push_back(ic.rankOf(column, row));
+    return r;
 }
+
+// Rank correlation of two rank columns (ranks 0..N-1, no ties).
+double spearman(const ImanConover& ic, int32_t a, int32_t b) { return test::pearson(ranksOf(ic, a), ranksOf(ic, b)); }
 
 bool isPermutation(const ImanConover& ic, int32_t column) {
     std::vector<int> seen(static_cast<size_t>(ic.rowCount()), 0);
@@ -135,65 +132,28 @@ TEST(ImanConover, SeedRuleAndRepeatability) {
     EXPECT_EQ(a.rankOf(-1, 0), 0);
 }
 
-}  // namespace
-}  // namespace tarvex
-
-namespace tarvex {
-namespace {
-
-// Sets an environment variable for the life of the object.
-class EnvironmentValue {
-public:
-    EnvironmentValue(const char* name, const char* value) : name_(name) {
-        if (const char* old = std::getenv(name)) old_ = old, had_ = true;
-        ::setenv(name, value, 1);
-    }
-    ~EnvironmentValue() {
-        if (had_)
-            ::setenv(name_, old_.c_str(), 1);
-        else
-            ::unsetenv(name_);
-    }
-
-private:
-    const char* name_;
-    std::string old_;
-    bool had_ = false;
-};
-
 TEST(ColumnFile, DiskAndMemoryGiveTheSameTable) {
     const std::vector<float> m = {1.0f, 0.3f, 0.5f, 0.3f, 1.0f, 0.1f, 0.5f, 0.1f, 1.0f};
-    std::vector<int32_t> onDisk, inMemory;
-    {
+    // Without a usable temporary directory the table is kept in memory.
+    auto table = [&m](bool expectOnDisk) {
         ColumnFile file;
-        EXPECT_TRUE(file.onDisk());
+        EXPECT_EQ(file.onDisk(), expectOnDisk);
         const int32_t a[] = {1, 2, 3};
-        ASSERT_TRUE(file.write(8, a, sizeof a));
+        EXPECT_TRUE(file.write(8, a, sizeof a));
         int32_t back[5] = {9, 9, 9, 9, 9};
-        ASSERT_TRUE(file.read(0, back, sizeof back));
+        EXPECT_TRUE(file.read(0, back, sizeof back));
         EXPECT_EQ(back[0], 0) << "never written reads as zero";
         EXPECT_EQ(back[2], 1);
         EXPECT_EQ(back[4], 3);
         ImanConover ic(m.data(), 3, 20000);
+        std::vector<int32_t> ranks;
         for (int c = 0; c < 3; ++c)
-            for (int32_t r = 0; r < 20000; ++r) onDisk.push_back(ic.rankOf(c, r));
-    }
-    {
-        EnvironmentValue temp("TEMP", "/nonexistent/tarvex-no-such-directory");
-        ColumnFile file;
-        EXPECT_FALSE(file.onDisk());
-        const int32_t a[] = {1, 2, 3};
-        ASSERT_TRUE(file.write(8, a, sizeof a));
-        int32_t back[5] = {9, 9, 9, 9, 9};
-        ASSERT_TRUE(file.read(0, back, sizeof back));
-        EXPECT_EQ(back[0], 0);
-        EXPECT_EQ(back[2], 1);
-        EXPECT_EQ(back[4], 3);
-        ImanConover ic(m.data(), 3, 20000);
-        for (int c = 0; c < 3; ++c)
-            for (int32_t r = 0; r < 20000; ++r) inMemory.push_back(ic.rankOf(c, r));
-    }
-    EXPECT_EQ(onDisk, inMemory);
+            for (int32_t r = 0; r < 20000; ++r) ranks.push_back(ic.rankOf(c, r));
+        return ranks;
+    };
+    const std::vector<int32_t> onDisk = table(true);
+    test::EnvironmentValue temp("TEMP", "/nonexistent/tarvex-no-such-directory");
+    EXPECT_EQ(table(false), onDisk);
 }
 
 }  // namespace

@@ -34,6 +34,16 @@ Uniform* uniformAt(const FactorList& list, int i) {
     return dynamic_cast<Uniform*>(list.getFactor(i));
 }
 
+// Left, right and weight of every interval of factor i.
+std::vector<std::vector<double>> intervalsOf(const FactorList& list, int i) {
+    std::vector<std::vector<double>> out;
+    const Uniform* u = uniformAt(list, i);
+    for (int k = 0; u && k < u->count(); ++k)
+        out.push_back({u->intervalAt(k)->left, u->intervalAt(k)->right, u->intervalAt(k)->weight});
+    return out;
+}
+using Intervals = std::vector<std::vector<double>>;
+
 TEST_F(SteinImport, FullImportBuildsEmpiricalUniforms) {
     FactorList list;
     ASSERT_EQ(list.addFactor(named<Normal>("old")), 1);
@@ -50,23 +60,12 @@ TEST_F(SteinImport, FullImportBuildsEmpiricalUniforms) {
     EXPECT_EQ(list.correlatableCount(), 3);
 
     // 1, 2, 3: [1,2] and [2,3], each of weight 1/2.
-    Uniform* x = uniformAt(list, 0);
-    ASSERT_EQ(x->count(), 2);
-    EXPECT_EQ(x->intervalAt(0)->left, 1.0);
-    EXPECT_EQ(x->intervalAt(0)->right, 2.0);
-    EXPECT_EQ(x->intervalAt(0)->weight, 0.5);
-    EXPECT_EQ(x->intervalAt(1)->left, 2.0);
-    EXPECT_EQ(x->intervalAt(1)->right, 3.0);
-    EXPECT_EQ(x->intervalAt(1)->weight, 0.5);
-    EXPECT_EQ(x->checkWeights(), 1);
+    EXPECT_EQ(intervalsOf(list, 0), (Intervals{{1, 2, 0.5}, {2, 3, 0.5}}));
+    EXPECT_EQ(uniformAt(list, 0)->checkWeights(), 1);
     // 1, 1, 2: one interval [1,2] of weight 2/2.
-    Uniform* y = uniformAt(list, 1);
-    ASSERT_EQ(y->count(), 1);
-    EXPECT_EQ(y->intervalAt(0)->weight, 1.0);
+    EXPECT_EQ(intervalsOf(list, 1), (Intervals{{1, 2, 1}}));
     // 1, 2, 2: [1,2] of 1/2, grown by the repeat at the end to 1.
-    Uniform* z = uniformAt(list, 2);
-    ASSERT_EQ(z->count(), 1);
-    EXPECT_EQ(z->intervalAt(0)->weight, 1.0);
+    EXPECT_EQ(intervalsOf(list, 2), (Intervals{{1, 2, 1}}));
 
     EXPECT_EQ(list.steinInfo.rowCount(), 3);
     EXPECT_EQ(list.steinInfo.columnCount(), 3);

@@ -3,7 +3,6 @@
 #include <TestSupport.h>
 #include <gtest/gtest.h>
 
-#include <random>
 #include <sstream>
 
 using namespace tarvex;
@@ -243,7 +242,8 @@ TEST(InternalModelFile, DamagedFilesClearTheModel) {
     EXPECT_EQ(r.errorText(), "Error reading model file");
 }
 
-TEST(InternalModelFile, EveryCutAndRandomDamageIsHandled) {
+// Random damage is the reader fuzz harness's part.
+TEST(InternalModelFile, EveryCutIsHandled) {
     InternalModel m = sampleModel();
     const std::string good = text(m);
     const std::size_t lastLine = good.rfind('\n', good.size() - 2) + 1;
@@ -258,20 +258,6 @@ TEST(InternalModelFile, EveryCutAndRandomDamageIsHandled) {
             expectCleared(r);
         } else {
             EXPECT_FALSE(in.fail()) << cut;
-            EXPECT_EQ(r.errorText(), "");
-        }
-    }
-    std::mt19937 rng(5);
-    for (int n = 0; n < 3000; ++n) {
-        std::string damaged = good;
-        for (int k = 0; k < 3; ++k) damaged[rng() % damaged.size()] = static_cast<char>(rng() % 256);
-        std::istringstream in(damaged);
-        InternalModel r;
-        r.read(in);
-        if (in.fail()) {
-            expectCleared(r);
-            EXPECT_FALSE(r.errorText().empty());
-        } else {
             EXPECT_EQ(r.errorText(), "");
         }
     }

@@ -19,22 +19,10 @@ namespace fs = std::filesystem;
 namespace {
 
 // Points TEMP at a scratch directory for the life of the object.
-class TempDirectory {
-public:
-    TempDirectory() {
-        if (const char* old = std::getenv("TEMP")) saved_ = old, hadOld_ = true;
-        setenv("TEMP", dir_.path().c_str(), 1);
-    }
-    ~TempDirectory() {
-        if (hadOld_) setenv("TEMP", saved_.c_str(), 1);
-        else unsetenv("TEMP");
-    }
-    const fs::path& path() const { return dir_.path(); }
-
-private:
-    test::ScratchDir dir_;
-    std::string saved_;
-    bool hadOld_ = false;
+struct TempDirectory {
+    test::ScratchDir dir;
+    test::EnvironmentValue temp{"TEMP", dir.path().string()};
+    const fs::path& path() const { return dir.path(); }
 };
 
 std::unique_ptr<InternalModel> linearModel() {
@@ -80,23 +68,19 @@ TEST(ModelConfiguration, OwnsADataFileInTheTemporaryDirectory) {
         EXPECT_TRUE(fs::exists(path));
         EXPECT_EQ(fs::file_size(path), 0u);
         EXPECT_NE(a.dataFile(), b.dataFile());
-        EXPECT_EQ(a.kind(), ModelConfiguration::kNoModel);
-        EXPECT_EQ(a.executable(), "");
-        EXPECT_EQ(a.internalModel(), nullptr);
     }
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST(ModelConfiguration, Setters) {
+// Setting the external model leaves the kind alone; an internal model makes
+// the kind internal, and clearing it leaves an external one.
+TEST(ModelConfiguration, KindFollowsTheInternalModel) {
     ModelConfiguration c;
+    EXPECT_EQ(c.kind(), ModelConfiguration::kNoModel);
     c.setExternal("/bin/model", "/tmp/out.txt", 1);
-    EXPECT_EQ(c.executable(), "/bin/model");
-    EXPECT_EQ(c.outputFile(), "/tmp/out.txt");
-    EXPECT_EQ(c.spreadsheet(), 1);
     EXPECT_EQ(c.kind(), ModelConfiguration::kNoModel);
     c.setInternalModel(linearModel());
     EXPECT_EQ(c.kind(), ModelConfiguration::kInternal);
-    ASSERT_NE(c.internalModel(), nullptr);
     EXPECT_EQ(c.executable(), "/bin/model");
     c.clearInternalModel();
     EXPECT_EQ(c.kind(), ModelConfiguration::kExternal);
@@ -277,17 +261,13 @@ TEST(ModelConfiguration, RecordRoundTripRoundsToSixDigits) {
     r.setExternal("stale", "stale", 1);
     r.read(in);
     ASSERT_FALSE(in.fail());
+    // Writing the reloaded part again gives the same text (below); what that
+    // alone would not show is checked against the values given.
     EXPECT_EQ(r.executable(), "/opt/model exe");
     EXPECT_EQ(r.outputFile(), "/data/out.txt");
-    EXPECT_EQ(r.kind(), 0);
-    EXPECT_EQ(r.spreadsheet(), 0);
     ASSERT_NE(r.internalModel(), nullptr);
-    EXPECT_EQ(r.internalModel()->name(), "linear");
     EXPECT_EQ(r.internalModel()->expressionText(1), "a - b");
     EXPECT_EQ(r.runCount(), 3);
-    EXPECT_EQ(r.outputNames(), c.outputNames());
-    EXPECT_EQ(r.timeMode(), 0);
-    EXPECT_EQ(r.runTimes(), c.runTimes());
     EXPECT_EQ(remembered.modelDirectory(), (dirs.path() / "models").string());
     EXPECT_EQ(remembered.modelOutputDirectory(), (dirs.path() / "outputs").string());
 
@@ -297,7 +277,6 @@ TEST(ModelConfiguration, RecordRoundTripRoundsToSixDigits) {
     ASSERT_EQ(got.size(), expected.size());
     for (std::size_t k = 0; k < got.size(); ++k) EXPECT_DOUBLE_EQ(got[k], expected[k]) << k;
 
-    // Writing the reloaded part again gives the same text.
     std::ostringstream again;
     again << "\n";
     ASSERT_EQ(remembered.setModelDirectory((dirs.path() / "models").string()), 1);

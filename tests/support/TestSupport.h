@@ -1,6 +1,7 @@
 #pragma once
 // Small helpers shared by the test folders: a scratch directory that removes
 // itself, and whole-file reads and writes.
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -45,6 +46,27 @@ public:
 
 private:
     std::filesystem::path saved_;
+};
+
+// Sets an environment variable for the life of the object, restoring the
+// former value (or its absence) after.
+class EnvironmentValue {
+public:
+    EnvironmentValue(const char* name, const std::string& value) : name_(name) {
+        if (const char* old = std::getenv(name)) old_ = old, had_ = true;
+        ::setenv(name, value.c_str(), 1);
+    }
+    ~EnvironmentValue() {
+        if (had_) ::setenv(name_, old_.c_str(), 1);
+        else ::unsetenv(name_);
+    }
+    EnvironmentValue(const EnvironmentValue&) = delete;
+    EnvironmentValue& operator=(const EnvironmentValue&) = delete;
+
+private:
+    const char* name_;
+    std::string old_;
+    bool had_ = false;
 };
 
 inline std::string readFile(const std::string& path) {
