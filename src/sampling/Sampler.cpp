@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "sampling/LatinSampler.h"
+#include "sampling/LpTauSampler.h"
 #include "sampling/RandomSampler.h"
 #include "sampling/sampValues.h"
 #include "correlation/FactorList.h"
@@ -31,7 +32,7 @@ const MethodEntry kMethods[] = {
     {"Fast", nullptr},
     {"Fixed samples", nullptr},
     {"Latin Hypercube", &make<LatinSampler>},
-    {"QuasiRandom LpTau", nullptr},
+    {"QuasiRandom LpTau", &make<LpTauSampler>},
     {"Morris", nullptr},
     {"Random", &make<RandomSampler>},
     {"Replicated Latin Hypercube", nullptr},
