@@ -8,6 +8,7 @@
 #include "sampling/LatinSampler.h"
 #include "sampling/LpTauSampler.h"
 #include "sampling/RandomSampler.h"
+#include "sampling/SobolSampler.h"
 #include "sampling/sampValues.h"
 #include "correlation/FactorList.h"
 
@@ -36,7 +37,7 @@ const MethodEntry kMethods[] = {
     {"Morris", nullptr},
     {"Random", &make<RandomSampler>},
     {"Replicated Latin Hypercube", nullptr},
-    {"Sobol", nullptr},
+    {"Sobol", &make<SobolSampler>},
 };
 constexpr int32_t kMethodCount = int32_t(sizeof kMethods / sizeof kMethods[0]);
 
