@@ -6,7 +6,9 @@
 #include <ostream>
 
 #include "sampling/LatinSampler.h"
+#include "sampling/LpTauSampler.h"
 #include "sampling/RandomSampler.h"
+#include "sampling/SobolSampler.h"
 #include "sampling/sampValues.h"
 #include "correlation/FactorList.h"
 
@@ -31,11 +33,11 @@ const MethodEntry kMethods[] = {
     {"Fast", nullptr},
     {"Fixed samples", nullptr},
     {"Latin Hypercube", &make<LatinSampler>},
-    {"QuasiRandom LpTau", nullptr},
+    {"QuasiRandom LpTau", &make<LpTauSampler>},
     {"Morris", nullptr},
     {"Random", &make<RandomSampler>},
     {"Replicated Latin Hypercube", nullptr},
-    {"Sobol", nullptr},
+    {"Sobol", &make<SobolSampler>},
 };
 constexpr int32_t kMethodCount = int32_t(sizeof kMethods / sizeof kMethods[0]);
 
