@@ -11,6 +11,7 @@
 #include "sampling/DesignColumns.h"
 #include "sampling/LatinSampler.h"
 #include "sampling/RandomSampler.h"
+#include "sampling/RepLatinSampler.h"
 #include "sampling/SamplerFactors.h"
 #include "sampling/sampValues.h"
 
@@ -38,7 +39,7 @@ const MethodEntry kMethods[] = {
     {"QuasiRandom LpTau", nullptr},
     {"Morris", nullptr},
     {"Random", &make<RandomSampler>},
-    {"Replicated Latin Hypercube", nullptr},
+    {"Replicated Latin Hypercube", &make<RepLatinSampler>},
     {"Sobol", nullptr},
 };
 constexpr int32_t kMethodCount = int32_t(sizeof kMethods / sizeof kMethods[0]);
@@ -141,6 +142,11 @@ int Sampler::openGeneration(bool atFirstCell, sampValues& store, const FactorLis
 }
 
 int Sampler::placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value) {
+    return placeCell(store, newRow, width, f, write, value, numSamples_);
+}
+
+int Sampler::placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value,
+                       int32_t rows) {
     if (newRow) {
         scratch_.assign(size_t(width), 0.0);
         if (write) scratch_[size_t(f)] = value;
@@ -152,7 +158,7 @@ int Sampler::placeCell(sampValues& store, bool newRow, int32_t width, int f, boo
         errorText_ = store.errorText();
         return 0;
     }
-    if (++sampleIndex_ == numSamples_) {
+    if (++sampleIndex_ == rows) {
         sampleIndex_ = 0;
         ++factorPosition_;
     }

@@ -122,6 +122,9 @@ protected:
     // factorPosition step to the next cell. Returns 0 with errorText set when
     // the store refuses.
     [[nodiscard]] int placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value);
+    // The same over a column of `rows` cells instead of numSamples.
+    [[nodiscard]] int placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value,
+                                int32_t rows);
 
     // A block of rows whose stochastic columns are re-ranked by a rank table.
     struct RankedBlock {
