@@ -10,6 +10,7 @@
 #include "correlation/Ranking.h"
 #include "sampling/DesignColumns.h"
 #include "sampling/LatinSampler.h"
+#include "sampling/MorrisSampler.h"
 #include "sampling/RandomSampler.h"
 #include "sampling/RepLatinSampler.h"
 #include "sampling/SamplerFactors.h"
@@ -37,7 +38,7 @@ const MethodEntry kMethods[] = {
     {"Fixed samples", nullptr},
     {"Latin Hypercube", &make<LatinSampler>},
     {"QuasiRandom LpTau", nullptr},
-    {"Morris", nullptr},
+    {"Morris", &make<MorrisSampler>},
     {"Random", &make<RandomSampler>},
     {"Replicated Latin Hypercube", &make<RepLatinSampler>},
     {"Sobol", nullptr},
