@@ -9,6 +9,7 @@
 #include "correlation/FactorList.h"
 #include "correlation/Ranking.h"
 #include "sampling/DesignColumns.h"
+#include "sampling/FixedSampler.h"
 #include "sampling/LatinSampler.h"
 #include "sampling/MorrisSampler.h"
 #include "sampling/RandomSampler.h"
@@ -35,7 +36,7 @@ std::unique_ptr<Sampler> make() {
 // By method number. A new method adds its class's maker here.
 const MethodEntry kMethods[] = {
     {"Fast", nullptr},
-    {"Fixed samples", nullptr},
+    {"Fixed samples", &make<FixedSampler>},
     {"Latin Hypercube", &make<LatinSampler>},
     {"QuasiRandom LpTau", nullptr},
     {"Morris", &make<MorrisSampler>},
