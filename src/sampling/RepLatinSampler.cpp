@@ -4,6 +4,7 @@
 #include <istream>
 #include <limits>
 #include <ostream>
+#include <utility>
 
 #include "common/TextLines.h"
 #include "common/UniformRandom.h"
@@ -21,12 +22,14 @@ inline constexpr const char* kRepLatinTooLargeText =
 // Element lines are read as into a buffer of 101 bytes.
 constexpr std::size_t kElementLineBytes = 101;
 
-// "flag<tab>name", the flag -1, 0 or 1.
+// "flag<tab>name".
 bool parseElement(const std::string& line, RepElement& element) {
     const char* text = line.c_str();
     char* end = nullptr;
     const long flag = std::strtol(text, &end, 10);
-    if (end == text || *end != '\t' || flag < -1 || flag > 1) return false;
+    if (end == text || *end != '\t' || flag < std::numeric_limits<int32_t>::min() ||
+        flag > std::numeric_limits<int32_t>::max())
+        return false;
     element.flag = int32_t(flag);
     element.name = line.substr(size_t(end - text) + 1);
     return true;
@@ -338,10 +341,13 @@ void RepLatinSampler::readItems(std::istream& in) {
     const int64_t lines = int64_t(factors) * int64_t(m);
     if (!countFitsInput(in, factors, 2)) return failed();
     skipLine(in);
-    std::vector<RepElement> elements(static_cast<size_t>(factors));
+    std::vector<RepElement> elements;
     std::string line;
-    for (RepElement& element : elements)
+    for (int32_t i = 0; i < factors; ++i) {
+        RepElement element;
         if (!readLineInBuffer(in, line, kElementLineBytes) || !parseElement(line, element)) return failed();
+        elements.push_back(std::move(element));
+    }
 
     std::vector<int32_t> table;
     if (r >= 1) {
