@@ -173,6 +173,8 @@ float RepLatinSampler::generate(float targetPercent, sampValues& store, FactorLi
         phase_ = 2;
         return progress_;
     }
+    // The section lists one element per factor: a design made without the
+    // panel (by the batch tool, say) gets its elements here.
     if (atFirstCell) synchroniseElements(factors);
     if (phase_ == 0 && !baseBlock(targetPercent, store, factors)) return -1.0f;
     if (phase_ == 1 && !replicates(targetPercent, store, factors)) return -1.0f;
