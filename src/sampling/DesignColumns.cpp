@@ -9,22 +9,31 @@
 namespace tarvex {
 
 int readColumn(sampValues& store, int32_t column, int32_t rows, std::vector<double>& out) {
-    out.resize(size_t(rows > 0 ? rows : 0));
-    for (int32_t r = 0; r < rows; ++r)
-        if (!store.getColumnValue(r, column, &out[size_t(r)])) return 0;
-    return 1;
+    return readBlock(store, column, 0, rows, out);
 }
 
 int writeColumn(sampValues& store, int32_t column, const std::vector<double>& values) {
+    return writeBlock(store, column, 0, values);
+}
+
+int readBlock(sampValues& store, int32_t column, int32_t firstRow, int32_t rows, std::vector<double>& out) {
+    out.resize(size_t(rows > 0 ? rows : 0));
+    for (int32_t r = 0; r < rows; ++r)
+        if (!store.getColumnValue(firstRow + r, column, &out[size_t(r)])) return 0;
+    return 1;
+}
+
+int writeBlock(sampValues& store, int32_t column, int32_t firstRow, const std::vector<double>& values) {
     for (size_t r = 0; r < values.size(); ++r)
-        if (!store.setColumnValue(int32_t(r), column, values[r])) return 0;
+        if (!store.setColumnValue(firstRow + int32_t(r), column, values[r])) return 0;
     return 1;
 }
 
 RankTable::RankTable() = default;
 RankTable::~RankTable() = default;
 
-std::string RankTable::build(const FactorList& factors, int32_t rows, int32_t blockRows, int32_t replicates) {
+std::string RankTable::build(const FactorList& factors, int32_t rows, int32_t blockRows, int32_t replicates,
+                             int32_t imanConoverSeed) {
     release();
     built_ = true;
     if (factors.correlationMode == kSteinCorrelation) {
@@ -41,7 +50,7 @@ std::string RankTable::build(const FactorList& factors, int32_t rows, int32_t bl
         for (int f = 0; f < factors.factorCount(); ++f) stochastic += isStochastic(factors, f) ? 1 : 0;
         return stein.columnCount() < stochastic ? kSteinNarrowText : std::string();
     }
-    imanConover_ = std::make_unique<ImanConover>(factors, rows);
+    imanConover_ = std::make_unique<ImanConover>(factors, rows, imanConoverSeed);
     return imanConover_->isValid() ? std::string() : std::string(kImanConoverFailedText);
 }
 

@@ -20,6 +20,9 @@ inline constexpr const char* kSteinNarrowText =
 
 [[nodiscard]] int readColumn(sampValues& store, int32_t column, int32_t rows, std::vector<double>& out);
 [[nodiscard]] int writeColumn(sampValues& store, int32_t column, const std::vector<double>& values);
+// The same for the rows firstRow .. firstRow + rows - 1 of a column.
+[[nodiscard]] int readBlock(sampValues& store, int32_t column, int32_t firstRow, int32_t rows, std::vector<double>& out);
+[[nodiscard]] int writeBlock(sampValues& store, int32_t column, int32_t firstRow, const std::vector<double>& values);
 
 // The rank table of a correlated design: Iman-Conover for correlation mode 1,
 // the Stein sample's ranks for mode 3. A table that failed, or a column it
@@ -33,10 +36,12 @@ public:
     RankTable(const RankTable&) = delete;
     RankTable& operator=(const RankTable&) = delete;
 
-    // Builds the table for `rows` rows in blocks of `blockRows`. Returns the
-    // message to report when it cannot be used, or not for every stochastic
-    // factor; "" otherwise.
-    [[nodiscard]] std::string build(const FactorList& factors, int32_t rows, int32_t blockRows, int32_t replicates);
+    // Builds the table for `rows` rows in blocks of `blockRows`; an
+    // Iman-Conover table shuffles its scores from `imanConoverSeed`. Returns
+    // the message to report when it cannot be used, or not for every
+    // stochastic factor; "" otherwise.
+    [[nodiscard]] std::string build(const FactorList& factors, int32_t rows, int32_t blockRows, int32_t replicates,
+                                    int32_t imanConoverSeed = 5648423);
     void release();
     bool built() const { return built_; }
     bool usable(int32_t column) const;

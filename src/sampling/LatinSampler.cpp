@@ -4,7 +4,6 @@
 
 #include "common/UniformRandom.h"
 #include "correlation/DiagonalBand.h"
-#include "correlation/Ranking.h"
 #include "sampling/SamplerFactors.h"
 #include "sampling/sampValues.h"
 
@@ -18,9 +17,7 @@ LatinSampler::LatinSampler(const LatinSampler& other) : Sampler(other) { reset()
 void LatinSampler::reset() {
     Sampler::reset();
     phase_ = 0;
-    stochasticIndex_ = 0;
     ranks_.release();
-    sortedColumn_.clear();
     column_.clear();
     columnOf_ = -1;
     scratch_.clear();
@@ -185,53 +182,21 @@ int LatinSampler::finishTree(float target, sampValues& store, FactorList& factor
 }
 
 // Phase 2 with rank correlation, in list order: each stochastic column is
-// sorted and row r takes the value at place rankOf(column, r).
+// sorted and row r takes the value at place rankOf(column, r); a column
+// without usable ranks is permuted as it would be without correlation.
 int LatinSampler::rerank(float target, sampValues& store, FactorList& factors) {
     const int32_t n = numSamples_;
-    const int32_t count = numFactors_;
     if (!ranks_.built()) warningText_ = ranks_.build(factors, n, n, 1);
-    while (progress_ < target && factorPosition_ < count) {
-        const int f = factorPosition_;
-        if (!isStochastic(factors, f)) {
-            sampleIndex_ = n;
-        } else {
-            if (sampleIndex_ == 0 || sortedColumn_.empty()) {
-                stochasticIndex_ = stochasticRank(factors, f);
-                if (ranks_.usable(stochasticIndex_)) {
-                    if (!readColumn(store, f, n, sortedColumn_)) return 0;
-                    sortAscending(sortedColumn_.data(), n);
-                }
-            }
-            if (!ranks_.usable(stochasticIndex_)) {
-                // No usable ranks: the column is permuted as it would be
-                // without correlation, by 2n random exchanges. Left in the
-                // stratum order of phase 0, every pair of columns would be
-                // perfectly rank-correlated.
-                if (!readColumn(store, f, n, column_)) return 0;
-                for (int64_t e = 0; e < 2 * int64_t(n); ++e) randomExchange(column_.data(), n, &randomState_);
-                if (!writeColumn(store, f, column_)) return 0;
-                column_.clear();
-                sampleIndex_ = n;
-            } else {
-                const int32_t r = ranks_.rankOf(stochasticIndex_, sampleIndex_);
-                if (!store.setColumnValue(sampleIndex_, f, sortedColumn_[size_t(r)])) return 0;
-                ++sampleIndex_;
-            }
-        }
-        if (sampleIndex_ == n) {
-            sortedColumn_.clear();
-            sampleIndex_ = 0;
-            ++factorPosition_;
-        }
-        progress_ = phasePercent(int64_t(factorPosition_) * n + sampleIndex_, int64_t(count) * n, 25.0f, 25.0f);
-    }
-    if (factorPosition_ == count) {
-        ranks_.release();
-        factorPosition_ = 0;
-        sampleIndex_ = 0;
-        phase_ = 3;
-        progress_ = 50.0f;
-    }
+    RankedBlock block;
+    block.ranks = &ranks_;
+    block.rows = n;
+    block.shuffleUnranked = true;
+    block.phaseCells = int64_t(numFactors_) * n;
+    block.from = 25.0f;
+    block.span = 25.0f;
+    const int done = rerankBlock(target, store, factors, block);
+    if (done < 0) return 0;
+    if (done == 1) phase_ = 3;
     return 1;
 }
 

@@ -48,9 +48,7 @@ private:
     float fail(const sampValues& store);
 
     int32_t phase_ = 0;
-    int32_t stochasticIndex_ = 0;  // rank table column of the factor being re-ranked
     RankTable ranks_;
-    std::vector<double> sortedColumn_;
     std::vector<double> column_;   // a column being exchanged, or a child's parent column
     int32_t columnOf_ = -1;        // factor whose values column_ holds
 };

@@ -291,13 +291,17 @@ int PrepConfiguration::read(std::istream& in) {
     if (!in) return 0;
     if (!readFlag(in, hasStatistics)) return failed();
     sampleStatistics.reset();
+    std::unique_ptr<SampleStatistics> statistics;
     if (hasStatistics == 1) {
-        auto statistics = std::make_unique<SampleStatistics>();
+        statistics = std::make_unique<SampleStatistics>();
         statistics->read(in);
-        std::string tail;
-        if (!in || !readLineInBuffer(in, tail, kStatisticsTailBytes)) return failed();
-        sampleStatistics = std::move(statistics);
+        if (!in) return failed();
     }
+    // The end of the statistics' last line, or of the flag's own line when
+    // there are none (a sample saved before generation, fixed samples).
+    std::string tail;
+    if (!readLineInBuffer(in, tail, kStatisticsTailBytes)) return failed();
+    sampleStatistics = std::move(statistics);
     if (!factors.read(in) || !in) return failed();
 
     int32_t methodId = -1;

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "common/UniformRandom.h"
-#include "correlation/Ranking.h"
 #include "sampling/SamplerFactors.h"
 #include "sampling/sampValues.h"
 
@@ -86,49 +85,19 @@ float RandomSampler::fillPhase(float target, sampValues& store, FactorList& fact
     return progress_;
 }
 
+// Columns without usable ranks keep their independent draws.
 float RandomSampler::rankPhase(float target, sampValues& store, FactorList& factors) {
     const int32_t n = numSamples_;
-    const int32_t count = numFactors_;
-    if (!ranks_.built()) {
-        warningText_ = ranks_.build(factors, n, n, 1);
-    }
-    while (progress_ < target && factorPosition_ < count) {
-        const int f = factorPosition_;  // list order here
-        const int32_t rankColumn = isStochastic(factors, f) ? stochasticRank(factors, f) : -1;
-        if (rankColumn < 0 || !ranks_.usable(rankColumn)) {
-            // Nothing to reorder in this column: it stays as it is.
-            sampleIndex_ = n;
-        } else {
-            if (columnOf_ != f) {
-                if (!readColumn(store, f, n, column_)) {
-                    errorText_ = store.errorText();
-                    return -1.0f;
-                }
-                sortAscending(column_.data(), n);
-                columnOf_ = f;
-            }
-            const int32_t r = ranks_.rankOf(rankColumn, sampleIndex_);
-            if (!store.setColumnValue(sampleIndex_, f, column_[size_t(r)])) {
-                errorText_ = store.errorText();
-                return -1.0f;
-            }
-            ++sampleIndex_;
-        }
-        if (sampleIndex_ == n) {
-            sampleIndex_ = 0;
-            ++factorPosition_;
-            column_.clear();
-            columnOf_ = -1;
-        }
-        progress_ = phasePercent(int64_t(factorPosition_) * n + sampleIndex_, int64_t(count) * n, 25.0f, 25.0f);
-    }
-    if (factorPosition_ == count) {
-        ranks_.release();
-        factorPosition_ = 0;
-        sampleIndex_ = 0;
-        phase_ = 2;
-        progress_ = 50.0f;
-    }
+    if (!ranks_.built()) warningText_ = ranks_.build(factors, n, n, 1);
+    RankedBlock block;
+    block.ranks = &ranks_;
+    block.rows = n;
+    block.phaseCells = int64_t(numFactors_) * n;
+    block.from = 25.0f;
+    block.span = 25.0f;
+    const int done = rerankBlock(target, store, factors, block);
+    if (done < 0) return -1.0f;
+    if (done == 1) phase_ = 2;
     return progress_;
 }
 

@@ -26,7 +26,6 @@ public:
     std::unique_ptr<Sampler> clone() const override { return std::make_unique<RandomSampler>(*this); }
     void readItems(std::istream& in) override { readCountsAndSeed(in); }
 
-
 protected:
     void writeItems(std::ostream& out) const override { writeCountsAndSeed(out); }
 
@@ -37,7 +36,7 @@ private:
     int32_t phase_ = 0;  // 0 filling, 1 re-ranking, 2 done
     std::unique_ptr<DiagonalBand> band_;
     RankTable ranks_;
-    std::vector<double> column_;        // the sorted column (re-ranking) or the parent's column
+    std::vector<double> column_;        // the parent's column
     int32_t columnOf_ = -1;             // factor whose values column_ holds
 };
 

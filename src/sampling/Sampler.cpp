@@ -5,12 +5,19 @@
 #include <limits>
 #include <ostream>
 
+#include "common/UniformRandom.h"
+#include "correlation/FactorList.h"
+#include "correlation/Ranking.h"
+#include "sampling/DesignColumns.h"
+#include "sampling/FixedSampler.h"
 #include "sampling/LatinSampler.h"
 #include "sampling/LpTauSampler.h"
+#include "sampling/MorrisSampler.h"
 #include "sampling/RandomSampler.h"
+#include "sampling/RepLatinSampler.h"
+#include "sampling/SamplerFactors.h"
 #include "sampling/SobolSampler.h"
 #include "sampling/sampValues.h"
-#include "correlation/FactorList.h"
 
 namespace tarvex {
 
@@ -31,12 +38,12 @@ std::unique_ptr<Sampler> make() {
 // By method number. A new method adds its class's maker here.
 const MethodEntry kMethods[] = {
     {"Fast", nullptr},
-    {"Fixed samples", nullptr},
+    {"Fixed samples", &make<FixedSampler>},
     {"Latin Hypercube", &make<LatinSampler>},
     {"QuasiRandom LpTau", &make<LpTauSampler>},
-    {"Morris", nullptr},
+    {"Morris", &make<MorrisSampler>},
     {"Random", &make<RandomSampler>},
-    {"Replicated Latin Hypercube", nullptr},
+    {"Replicated Latin Hypercube", &make<RepLatinSampler>},
     {"Sobol", &make<SobolSampler>},
 };
 constexpr int32_t kMethodCount = int32_t(sizeof kMethods / sizeof kMethods[0]);
@@ -64,6 +71,8 @@ void Sampler::reset() {
     factorPosition_ = 0;
     randomState_ = -seed_;
     warningText_.clear();
+    sortedColumn_.clear();
+    stochasticIndex_ = 0;
 }
 
 int Sampler::setSamples(int32_t n) {
@@ -137,6 +146,11 @@ int Sampler::openGeneration(bool atFirstCell, sampValues& store, const FactorLis
 }
 
 int Sampler::placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value) {
+    return placeCell(store, newRow, width, f, write, value, numSamples_);
+}
+
+int Sampler::placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value,
+                       int32_t rows) {
     if (newRow) {
         scratch_.assign(size_t(width), 0.0);
         if (write) scratch_[size_t(f)] = value;
@@ -148,10 +162,72 @@ int Sampler::placeCell(sampValues& store, bool newRow, int32_t width, int f, boo
         errorText_ = store.errorText();
         return 0;
     }
-    if (++sampleIndex_ == numSamples_) {
+    if (++sampleIndex_ == rows) {
         sampleIndex_ = 0;
         ++factorPosition_;
     }
+    return 1;
+}
+
+void Sampler::rankPlaced(int32_t, int32_t, int32_t) {}
+
+int Sampler::rerankBlock(float target, sampValues& store, const FactorList& factors, const RankedBlock& block) {
+    const int32_t n = block.rows;
+    const int32_t count = numFactors_;
+    auto failed = [&] {
+        errorText_ = store.errorText();
+        return -1;
+    };
+    while (progress_ < target && factorPosition_ < count) {
+        const int f = factorPosition_;
+        if (!isStochastic(factors, f)) {
+            sampleIndex_ = n;
+        } else {
+            const bool resumed = sampleIndex_ != 0 && !sortedColumn_.empty();
+            if (!resumed) {
+                stochasticIndex_ = stochasticRank(factors, f);
+                if (block.ranks->usable(stochasticIndex_)) {
+                    if (!readBlock(store, f, block.firstRow, n, sortedColumn_)) return failed();
+                    sortAscending(sortedColumn_.data(), n);
+                }
+            }
+            if (!block.ranks->usable(stochasticIndex_)) {
+                if (block.shuffleUnranked) {
+                    // Left in the order it was made in (the strata of a Latin
+                    // hypercube rise), every pair of such columns would be
+                    // perfectly rank-correlated.
+                    std::vector<double> column;
+                    if (!readBlock(store, f, block.firstRow, n, column)) return failed();
+                    for (int64_t e = 0; e < 2 * int64_t(n); ++e) randomExchange(column.data(), n, &randomState_);
+                    if (!writeBlock(store, f, block.firstRow, column)) return failed();
+                    std::vector<int32_t> ranks(size_t(n), 0);
+                    rankPositions(column.data(), n, ranks.data());
+                    for (int32_t s = 0; s < n; ++s) rankPlaced(f, ranks[size_t(s)], block.firstRow + s);
+                }
+                sampleIndex_ = n;
+            } else {
+                const int32_t r = block.ranks->rankOf(stochasticIndex_, block.rankRow + sampleIndex_);
+                const int32_t row = block.firstRow + sampleIndex_;
+                if (!store.setColumnValue(row, f, sortedColumn_[size_t(r)])) return failed();
+                rankPlaced(f, r, row);
+                ++sampleIndex_;
+            }
+        }
+        if (sampleIndex_ == n) {
+            sortedColumn_.clear();
+            sampleIndex_ = 0;
+            ++factorPosition_;
+        }
+        progress_ = phasePercent(block.cellsBefore + int64_t(factorPosition_) * n + sampleIndex_, block.phaseCells,
+                                 block.from, block.span);
+    }
+    if (factorPosition_ < count) return 0;
+    factorPosition_ = 0;
+    sampleIndex_ = 0;
+    sortedColumn_.clear();
+    const int64_t done = block.cellsBefore + int64_t(count) * n;
+    if (done >= block.phaseCells) block.ranks->release();
+    progress_ = phasePercent(done, block.phaseCells, block.from, block.span);
     return 1;
 }
 

@@ -22,6 +22,7 @@
 namespace tarvex {
 
 class FactorList;
+class RankTable;
 class sampValues;
 
 enum SamplerMethod : int32_t {
@@ -121,6 +122,37 @@ protected:
     // factorPosition step to the next cell. Returns 0 with errorText set when
     // the store refuses.
     [[nodiscard]] int placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value);
+    // The same over a column of `rows` cells instead of numSamples.
+    [[nodiscard]] int placeCell(sampValues& store, bool newRow, int32_t width, int f, bool write, double value,
+                                int32_t rows);
+
+    // A block of rows whose stochastic columns are re-ranked by a rank table.
+    struct RankedBlock {
+        RankTable* ranks = nullptr;
+        int32_t firstRow = 0;    // the block's rows in the store
+        int32_t rows = 0;
+        int32_t rankRow = 0;     // row of the rank table that the block's first row takes
+        // A column the table holds no usable ranks for is permuted by 2 * rows
+        // random exchanges; otherwise it stays as it is.
+        bool shuffleUnranked = false;
+        // The percent: the phase spans `phaseCells` cells over [from, from + span],
+        // of which `cellsBefore` were done before this block.
+        int64_t cellsBefore = 0;
+        int64_t phaseCells = 0;
+        float from = 0.0f;
+        float span = 0.0f;
+    };
+    // The re-ranking phase shared by the rank-correlated designs: over the
+    // factors in list order (factorPosition is a factor index here), each
+    // stochastic column of the block is sorted and its row s takes the value
+    // at place rankOf(column, rankRow + s). Returns 1 once the block is done
+    // (counters back at 0; at the last block of the phase the rank table is
+    // released and progress is at the phase's end), 0 when the target came
+    // first, -1 with errorText set when the store refuses.
+    [[nodiscard]] int rerankBlock(float target, sampValues& store, const FactorList& factors, const RankedBlock& block);
+    // Told of every cell the re-ranking places: `row` took the column's value
+    // of rank `rank` (from 0, rising) within the block.
+    virtual void rankPlaced(int32_t factor, int32_t rank, int32_t row);
 
     int32_t numFactors_ = 0;
     int32_t methodId_ = -1;
@@ -135,6 +167,8 @@ protected:
     int32_t factorPosition_ = 0;
 
     std::vector<double> scratch_;  // the row being opened by placeCell
+    std::vector<double> sortedColumn_;  // the column being re-ranked, sorted
+    int32_t stochasticIndex_ = 0;       // its column in the rank table
 };
 
 }  // namespace tarvex

@@ -206,6 +206,15 @@ TEST(PrepConfiguration, SampleFileRoundTripIsByteIdentical) {
     ASSERT_EQ(Environment::instance().directories().setPrepDirectory(dir.path().string()), 1);
     PrepConfiguration config = latinConfiguration(120, kImanConoverCorrelation);
     config.sampleFile = dir.file("first.sam");
+    {
+        // Saved before any generation: no statistics, the flag's line ends
+        // the same.
+        std::istringstream unsampled(recordOf(config));
+        PrepConfiguration read;
+        ASSERT_EQ(read.read(unsampled), 1);
+        EXPECT_EQ(read.factors.factorCount(), 5);
+        EXPECT_EQ(recordOf(read), recordOf(config));
+    }
     ASSERT_EQ(runGeneration(config, nullptr).result, kGenerationDone);
     ASSERT_EQ(config.writeSampleFile(dir.file("first.sam")), 1);
     const std::string first = readFile(dir.file("first.sam"));
