@@ -1,10 +1,11 @@
-// The FAST design: frequency sets, groups, the sample-size rule.
+// The FAST design: frequency sets, groups, the sample-size rule, the three
+// analysis modes cell by cell.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <map>
-#include <sstream>
 
+#include "common/UniformRandom.h"
 #include "sampling/FastFrequencies.h"
 #include "sampling/FastSampler.h"
 #include "SamplingFixtures.h"
@@ -14,12 +15,23 @@ namespace {
 
 using namespace tarvex::testing;
 
+float drive(FastSampler& s, sampValues& store, FactorList& list) {
+    s.reset();
+    float p = 0.0f;
+    for (int target = 1; target <= 50 && p >= 0.0f && p < 50.0f; ++target) p = s.generate(float(target), store, list);
+    return p;
+}
+
 FastSampler fast(int32_t mode, int32_t n, int32_t seed = 3) {
     FastSampler s;
     EXPECT_EQ(s.setAnalysisMode(mode), 1);
     EXPECT_EQ(s.setSamples(n), 1);
     EXPECT_EQ(s.setSeed(seed), 1);
     return s;
+}
+
+void addUniforms(FactorList& list, int count) {
+    for (int i = 0; i < count; ++i) ASSERT_EQ(list.addFactor(uniformFactor("u" + std::to_string(i))), 1);
 }
 
 // Whether the frequencies interfere up to the fourth order: a nonzero
@@ -161,6 +173,148 @@ TEST(FastSampler, CheckSampleSize) {
     EXPECT_EQ(s.checkSampleSize(3), 1);
     EXPECT_EQ(s.checkSampleSize(51), 0);
     EXPECT_EQ(s.errorText(), "The classic FAST takes from 2 to 50 stochastic factors");
+}
+
+// Every cell of a design against x = 1/2 + arcsin(sin(w s + phase)) / pi,
+// worked out here: blocks of `curves` curves of `length` runs, each curve with
+// fresh phases for every factor in list order from the seed's stream, and
+// s = (2t - length + 1) pi / length, t counted from the block's start.
+struct ExpectedBlock {
+    std::vector<int32_t> frequencies;  // per factor, 0 for the others
+    int32_t curves;
+    int32_t length;
+};
+
+void expectCurveValues(sampValues& store, const FactorList& list, int32_t seed,
+                       const std::vector<ExpectedBlock>& blocks) {
+    int32_t state = -seed;
+    const int count = list.factorCount();
+    std::vector<double> phases(static_cast<size_t>(count));
+    int32_t run = 0;
+    for (const ExpectedBlock& block : blocks)
+        for (int32_t t = 0; t < block.curves * block.length; ++t, ++run) {
+            if (t % block.length == 0)
+                for (double& p : phases) p = 2.0 * M_PI * uniformRandom(&state);
+            const double s = (2.0 * t - block.length + 1.0) * M_PI / block.length;
+            for (int f = 0; f < count; ++f) {
+                if (block.frequencies[size_t(f)] == 0) continue;
+                double x = -1.0;
+                ASSERT_EQ(store.getValue(run, f, &x), 1);
+                const double expected = 0.5 + std::asin(std::sin(block.frequencies[size_t(f)] * s + phases[size_t(f)])) / M_PI;
+                ASSERT_NEAR(x, expected, 1e-12) << "run " << run << " factor " << f;
+                ASSERT_TRUE(x >= 0.0 && x <= 1.0);
+            }
+        }
+    EXPECT_EQ(store.rowCount(), run);
+}
+
+TEST(FastSampler, ClassicMode) {
+    FactorList list;
+    ASSERT_EQ(list.addFactor(uniformFactor("a")), 1);
+    ASSERT_EQ(list.addFactor(constantFactor("k", 2.5)), 1);
+    ASSERT_EQ(list.addFactor(relationFactor("r", "a+b")), 1);
+    ASSERT_EQ(list.addFactor(uniformFactor("b")), 1);
+    list.correlationMode = kNoCorrelation;
+    FastSampler s = fast(0, 73, 11);
+    sampValues store;
+    ASSERT_EQ(drive(s, store, list), 50.0f);
+    expectCurveValues(store, list, 11, {{{5, 0, 0, 9}, 1, 73}});
+    for (double v : column(store, 1)) EXPECT_EQ(v, 2.5);
+    ASSERT_NE(s.designTable(), nullptr);
+    EXPECT_EQ(*s.designTable(), (std::vector<FastBlock>{{5, 1, 73, 73}, {9, 1, 73, 73}}));
+    EXPECT_EQ(s.numSamples(), 73);
+
+    // Fifty factors work; fifty-one have no frequency set and fail without a
+    // text of their own.
+    FactorList fifty;
+    addUniforms(fifty, 50);
+    FastSampler wide = fast(0, 40);
+    ASSERT_EQ(drive(wide, store, fifty), 50.0f);
+    EXPECT_EQ(store.rowCount(), 40);
+    EXPECT_EQ(wide.designTable()->back().first, 2019 + 8886);  // OMEGA[50] plus the sum of DELTA
+    ASSERT_EQ(fifty.addFactor(uniformFactor("u50")), 1);
+    EXPECT_EQ(drive(wide, store, fifty), -1.0f);
+    EXPECT_EQ(wide.errorText(), "No errors");
+}
+
+TEST(FastSampler, ExtendedModeBlocks) {
+    FactorList three;
+    addUniforms(three, 3);
+    FastSampler s = fast(1, 195, 5);
+    sampValues store;
+    ASSERT_EQ(drive(s, store, three), 50.0f);
+    EXPECT_EQ(s.samplesPerUnit(), 65);
+    EXPECT_EQ(s.numSamples(), 195);
+    EXPECT_EQ(*s.designTable(), (std::vector<FastBlock>(3, {8, 1, 65, 65})));
+    // Block u: factor u at 8, the others at the only complementary value, 1.
+    expectCurveValues(store, three, 5, {{{8, 1, 1}, 1, 65}, {{1, 8, 1}, 1, 65}, {{1, 1, 8}, 1, 65}});
+
+    FactorList two;
+    addUniforms(two, 2);
+    FastSampler t = fast(1, 200);
+    ASSERT_EQ(drive(t, store, two), 50.0f);
+    EXPECT_EQ(t.samplesPerUnit(), 100);
+    EXPECT_EQ(t.omegaMax(), 12);
+    EXPECT_EQ(t.curveLength(), 97);
+    EXPECT_EQ(t.numSamples(), 194);
+    EXPECT_EQ(store.rowCount(), 194);
+    // A second generation starts from the reduced count.
+    ASSERT_EQ(drive(t, store, two), 50.0f);
+    EXPECT_EQ(t.samplesPerUnit(), 97);
+    EXPECT_EQ(t.numSamples(), 194);
+
+    // Two factors with omegaMax 24: m = 3 but a single other factor, so the
+    // complementary set is {1} with no step to divide out.
+    FastSampler u = fast(1, 400, 9);
+    ASSERT_EQ(drive(u, store, two), 50.0f);
+    EXPECT_EQ(*u.designTable(), (std::vector<FastBlock>(2, {24, 1, 193, 193})));
+    expectCurveValues(store, two, 9, {{{24, 1}, 1, 193}, {{1, 24}, 1, 193}});
+}
+
+TEST(FastSampler, GroupMode) {
+    FactorList list;
+    for (const char* name : {"a", "b"}) ASSERT_EQ(list.addFactor(uniformFactor(name)), 1);
+    ASSERT_EQ(list.addFactor(constantFactor("k", 7.0)), 1);
+    for (const char* name : {"x", "c", "y"}) ASSERT_EQ(list.addFactor(uniformFactor(name)), 1);
+    FastSampler s = fast(2, 390, 17);
+    ASSERT_EQ(s.addGroup("abc"), 1);
+    for (const char* f : {"a", "b", "c"}) ASSERT_EQ(s.addElement("abc", f), 1);
+    sampValues store;
+    ASSERT_EQ(drive(s, store, list), 50.0f);
+    EXPECT_EQ(s.samplesPerUnit(), 130);
+    EXPECT_EQ(s.numSamples(), 388);
+    EXPECT_EQ(*s.designTable(), (std::vector<FastBlock>{{8, 2, 65, 130}, {16, 1, 129, 129}, {16, 1, 129, 129}}));
+    // The group at 8 with x and y at 1 (m = 1); then x, then y at 16 with
+    // the unset factors taking 1, 2, 1, 2 in list order (m = 2).
+    expectCurveValues(store, list, 17,
+                      {{{8, 8, 0, 1, 8, 1}, 2, 65}, {{1, 2, 0, 16, 1, 2}, 1, 129}, {{1, 2, 0, 1, 2, 16}, 1, 129}});
+    for (double v : column(store, 2)) EXPECT_EQ(v, 7.0);
+}
+
+TEST(FastSampler, FailuresWithTheirTexts) {
+    FactorList list;
+    addUniforms(list, 3);
+    sampValues store;
+    FastSampler empty = fast(2, 400);
+    ASSERT_EQ(empty.addGroup("none"), 1);
+    EXPECT_EQ(drive(empty, store, list), -1.0f);
+    EXPECT_EQ(empty.errorText(), "Group's cardinality equal to 0");
+
+    FastSampler small = fast(1, 24);  // 8 runs a factor: omegaMax 0
+    EXPECT_EQ(drive(small, store, list), -1.0f);
+    EXPECT_EQ(small.errorText(), "Sample set to generate too small");
+    FastSampler thinGroup = fast(2, 100);  // a group of two with 50 runs: no curve of 65
+    ASSERT_EQ(thinGroup.addGroup("g"), 1);
+    for (const char* f : {"u0", "u1"}) ASSERT_EQ(thinGroup.addElement("g", f), 1);
+    EXPECT_EQ(drive(thinGroup, store, list), -1.0f);
+    EXPECT_EQ(thinGroup.errorText(), "Sample set to generate too small");
+
+    // One unit leaves nothing to compare: -1 without a text of its own.
+    FastSampler one = fast(2, 400);
+    ASSERT_EQ(one.addGroup("all"), 1);
+    for (const char* f : {"u0", "u1", "u2"}) ASSERT_EQ(one.addElement("all", f), 1);
+    EXPECT_EQ(drive(one, store, list), -1.0f);
+    EXPECT_EQ(one.errorText(), "No errors");
 }
 
 }  // namespace
