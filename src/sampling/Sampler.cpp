@@ -5,6 +5,7 @@
 #include <limits>
 #include <ostream>
 
+#include "sampling/FastSampler.h"
 #include "sampling/LatinSampler.h"
 #include "sampling/RandomSampler.h"
 #include "sampling/sampValues.h"
@@ -28,7 +29,7 @@ std::unique_ptr<Sampler> make() {
 
 // By method number. A new method adds its class's maker here.
 const MethodEntry kMethods[] = {
-    {"Fast", nullptr},
+    {"Fast", &make<FastSampler>},
     {"Fixed samples", nullptr},
     {"Latin Hypercube", &make<LatinSampler>},
     {"QuasiRandom LpTau", nullptr},

@@ -1,19 +1,26 @@
 // The FAST design: frequency sets, groups, the sample-size rule, the three
-// analysis modes cell by cell.
+// analysis modes cell by cell, and the method section.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <map>
+#include <sstream>
 
+#include "common/Environment.h"
+#include "common/TextLines.h"
 #include "common/UniformRandom.h"
 #include "sampling/FastFrequencies.h"
 #include "sampling/FastSampler.h"
+#include "sampling/GenerationLoop.h"
+#include "sampling/PrepConfiguration.h"
 #include "SamplingFixtures.h"
+#include "TestSupport.h"
 
 namespace tarvex {
 namespace {
 
 using namespace tarvex::testing;
+using namespace tarvex::test;
 
 float drive(FastSampler& s, sampValues& store, FactorList& list) {
     s.reset();
@@ -22,11 +29,15 @@ float drive(FastSampler& s, sampValues& store, FactorList& list) {
     return p;
 }
 
-FastSampler fast(int32_t mode, int32_t n, int32_t seed = 3) {
+constexpr const char* kGroup = "group g, freely named";
+constexpr const char* kPerUnitText = "Sample size too small\nThe sample size must be >= 65 per factor/group";
+
+// In mode 2, or with members, the sampler has the group kGroup.
+FastSampler fast(int32_t mode, int32_t n, int32_t seed = 3, const std::vector<std::string>& members = {}) {
     FastSampler s;
-    EXPECT_EQ(s.setAnalysisMode(mode), 1);
-    EXPECT_EQ(s.setSamples(n), 1);
-    EXPECT_EQ(s.setSeed(seed), 1);
+    EXPECT_EQ(s.setAnalysisMode(mode) + s.setSamples(n) + s.setSeed(seed), 3);
+    if (mode == 2 || !members.empty()) EXPECT_EQ(s.addGroup(kGroup), 1);
+    for (const std::string& f : members) EXPECT_EQ(s.addElement(kGroup, f), 1);
     return s;
 }
 
@@ -34,11 +45,9 @@ void addUniforms(FactorList& list, int count) {
     for (int i = 0; i < count; ++i) ASSERT_EQ(list.addFactor(uniformFactor("u" + std::to_string(i))), 1);
 }
 
-// Whether the frequencies interfere up to the fourth order: a nonzero
-// integer combination with |r_1| + ... + |r_k| <= 4 that vanishes, that is a
-// positive part P and a negative part N on different factors, at most four
-// terms in all, with equal sums. The harmonics of one factor would then be
-// read as another's.
+// Whether some r != 0 with |r_1| + ... + |r_k| <= 4 has r . w = 0: a positive
+// and a negative part on different factors with equal sums, two terms against
+// two (or fewer), or one against three.
 bool interferes(const std::vector<int32_t>& w) {
     const size_t none = w.size();
     // Sums of one factor (second index `none`) or of two.
@@ -84,11 +93,6 @@ TEST(FastFrequencies, PublishedSetsFreeOfInterference) {
     EXPECT_TRUE(interferes({5, 9, 23}));   // 5 + 9 + 9 = 23
     EXPECT_TRUE(interferes({3, 7, 11}));  // 3 + 11 = 7 + 7
     for (int32_t k = 2; k <= 50; ++k) EXPECT_FALSE(interferes(classicFrequencies(k))) << k;
-    // The check's frequency: 13 for three factors although the set reaches 15.
-    EXPECT_EQ(classicCheckFrequency(2), 9);
-    EXPECT_EQ(classicCheckFrequency(3), 13);
-    EXPECT_EQ(classicCheckFrequency(8), 125);
-    EXPECT_EQ(classicCheckFrequency(51), 0);
 
     // Complementary sets stay within omegaMax / 8, below the main frequency's
     // harmonics up to the fourth; there are min(omegaMax / 8, k - members)
@@ -108,71 +112,55 @@ TEST(FastFrequencies, PublishedSetsFreeOfInterference) {
 
 TEST(FastSampler, GroupsAndElements) {
     FastSampler s = fast(1, 400);
-    s.reset();  // a (zero-row) table to be dropped
-    ASSERT_NE(s.designTable(), nullptr);
-    EXPECT_EQ(s.addGroup("first"), 1);
-    EXPECT_EQ(s.designTable(), nullptr);
-    EXPECT_EQ(s.addGroup("second"), 1);
-    EXPECT_EQ(s.addGroup("third"), 1);
-    EXPECT_EQ(s.addGroup(std::string(81, 'g')), 0);
+    for (const char* g : {"first", "second", "third"}) EXPECT_EQ(s.addGroup(g), 1);
+    EXPECT_EQ(s.addGroup(std::string(81, 'g')), 0);  // would not read back
     EXPECT_EQ(s.addGroup("two\nlines"), 0);
-    EXPECT_EQ(s.addElement("first", "a"), 1);
-    EXPECT_EQ(s.addElement("third", "c"), 1);
-    EXPECT_EQ(s.addElement("second", "b"), 1);
-    EXPECT_EQ(s.addElement("third", "d"), 1);
+    for (auto [g, f] : {std::pair{"first", "a"}, {"third", "c"}, {"second", "b"}, {"third", "d"}})
+        EXPECT_EQ(s.addElement(g, f), 1);
     EXPECT_EQ(s.addElement("nowhere", "e"), 0);
     EXPECT_EQ(s.groupSize("third"), 2);
     EXPECT_EQ(s.groupSize("nowhere"), -1);
     EXPECT_EQ(s.groupElement("third", 1), std::optional<std::string>("d"));
     EXPECT_EQ(s.groupElement("third", 2), std::nullopt);
-    EXPECT_EQ(s.isInGroup("c"), 1);
-    EXPECT_EQ(s.isInGroup("e"), 0);
-
-    s.reset();
+    EXPECT_EQ(s.isInGroup("c") * 2 + s.isInGroup("e"), 2);
     EXPECT_EQ(s.removeGroup("nowhere"), 0);
+    EXPECT_EQ(s.removeElement("e"), 0);
+    s.reset();  // a (zero-row) block table
     ASSERT_NE(s.designTable(), nullptr);
     EXPECT_EQ(s.removeGroup("second"), 1);
-    EXPECT_EQ(s.designTable(), nullptr);
+    EXPECT_EQ(s.designTable(), nullptr);  // every change to groups drops it
     EXPECT_EQ(s.groupNames(), (std::vector<std::string>{"first", "third"}));
     EXPECT_EQ(s.elementNames(), (std::vector<std::string>{"a", "c", "d"}));
     EXPECT_EQ(s.elementGroups(), (std::vector<int32_t>{0, 1, 1}));  // third moved down
     s.reset();
-    EXPECT_EQ(s.removeElement("b"), 0);
-    ASSERT_NE(s.designTable(), nullptr);
     EXPECT_EQ(s.removeElement("c"), 1);
     EXPECT_EQ(s.designTable(), nullptr);
     EXPECT_EQ(s.groupSize("third"), 1);
-    EXPECT_EQ(s.setAnalysisMode(3), 0);
-    EXPECT_EQ(s.setAnalysisMode(-1), 0);
+    EXPECT_EQ(s.setAnalysisMode(3) + s.setAnalysisMode(-1), 0);
     EXPECT_EQ(s.analysisMode(), 1);
 }
 
 TEST(FastSampler, CheckSampleSize) {
-    FastSampler s = fast(1, 194);
-    EXPECT_EQ(s.checkSampleSize(3), 0);
-    EXPECT_EQ(s.errorText(), "Sample size too small\nThe sample size must be >= 65 per factor/group");
-    ASSERT_EQ(s.setSamples(195), 1);
-    EXPECT_EQ(s.checkSampleSize(3), 1);
-    // Groups: a group of three of five factors makes three units.
-    ASSERT_EQ(s.setAnalysisMode(2), 1);
-    ASSERT_EQ(s.addGroup("g"), 1);
-    for (const char* f : {"a", "b", "c"}) ASSERT_EQ(s.addElement("g", f), 1);
-    EXPECT_EQ(s.checkSampleSize(5), 1);
-    ASSERT_EQ(s.setSamples(194), 1);
-    EXPECT_EQ(s.checkSampleSize(5), 0);
-
-    // Classic: 8 F + 1 with F = 9 for two factors, and 13 (not 15) for three.
-    ASSERT_EQ(s.setAnalysisMode(0), 1);
-    ASSERT_EQ(s.setSamples(72), 1);
-    EXPECT_EQ(s.checkSampleSize(2), 0);
-    EXPECT_EQ(s.errorText(), "Sample size too small\nChoose sample size greater than or equal to 73");
-    ASSERT_EQ(s.setSamples(104), 1);
-    EXPECT_EQ(s.checkSampleSize(3), 0);
-    EXPECT_EQ(s.errorText(), "Sample size too small\nChoose sample size greater than or equal to 105");
-    ASSERT_EQ(s.setSamples(105), 1);
-    EXPECT_EQ(s.checkSampleSize(3), 1);
-    EXPECT_EQ(s.checkSampleSize(51), 0);
-    EXPECT_EQ(s.errorText(), "The classic FAST takes from 2 to 50 stochastic factors");
+    const std::string needs = "Sample size too small\nChoose sample size greater than or equal to ";
+    struct Case {
+        int32_t mode, n, k;
+        std::vector<std::string> members;
+        std::string text;
+    } const cases[] = {
+        {1, 194, 3, {}, kPerUnitText},
+        {1, 195, 3, {}, ""},
+        {2, 195, 5, {"a", "b", "c"}, ""},  // a group of three of five: three units
+        {2, 194, 5, {"a", "b", "c"}, kPerUnitText},
+        {0, 72, 2, {}, needs + "73"},  // 8 * 9 + 1
+        {0, 104, 3, {}, needs + "105"},  // 8 * 13 + 1, although the set reaches 15
+        {0, 105, 3, {}, ""},
+        {0, 100000, 51, {}, "The classic FAST takes from 2 to 50 stochastic factors"},
+    };
+    for (const Case& c : cases) {
+        FastSampler s = fast(c.mode, c.n, 3, c.members);
+        EXPECT_EQ(s.checkSampleSize(c.k), c.text.empty() ? 1 : 0) << c.n << " " << c.k;
+        EXPECT_EQ(s.errorText(), c.text.empty() ? "No errors" : c.text);
+    }
 }
 
 // Every cell of a design against x = 1/2 + arcsin(sin(w s + phase)) / pi,
@@ -214,7 +202,6 @@ TEST(FastSampler, ClassicMode) {
     ASSERT_EQ(list.addFactor(constantFactor("k", 2.5)), 1);
     ASSERT_EQ(list.addFactor(relationFactor("r", "a+b")), 1);
     ASSERT_EQ(list.addFactor(uniformFactor("b")), 1);
-    list.correlationMode = kNoCorrelation;
     FastSampler s = fast(0, 73, 11);
     sampValues store;
     ASSERT_EQ(drive(s, store, list), 50.0f);
@@ -276,9 +263,7 @@ TEST(FastSampler, GroupMode) {
     for (const char* name : {"a", "b"}) ASSERT_EQ(list.addFactor(uniformFactor(name)), 1);
     ASSERT_EQ(list.addFactor(constantFactor("k", 7.0)), 1);
     for (const char* name : {"x", "c", "y"}) ASSERT_EQ(list.addFactor(uniformFactor(name)), 1);
-    FastSampler s = fast(2, 390, 17);
-    ASSERT_EQ(s.addGroup("abc"), 1);
-    for (const char* f : {"a", "b", "c"}) ASSERT_EQ(s.addElement("abc", f), 1);
+    FastSampler s = fast(2, 390, 17, {"a", "b", "c"});
     sampValues store;
     ASSERT_EQ(drive(s, store, list), 50.0f);
     EXPECT_EQ(s.samplesPerUnit(), 130);
@@ -295,26 +280,84 @@ TEST(FastSampler, FailuresWithTheirTexts) {
     FactorList list;
     addUniforms(list, 3);
     sampValues store;
-    FastSampler empty = fast(2, 400);
-    ASSERT_EQ(empty.addGroup("none"), 1);
-    EXPECT_EQ(drive(empty, store, list), -1.0f);
-    EXPECT_EQ(empty.errorText(), "Group's cardinality equal to 0");
+    struct Case {
+        int32_t mode, n;
+        std::vector<std::string> members;
+        const char* text;
+    } const cases[] = {
+        {2, 400, {}, "Group's cardinality equal to 0"},
+        {1, 24, {}, "Sample set to generate too small"},            // 8 runs a factor: omegaMax 0
+        {2, 100, {"u0", "u1"}, "Sample set to generate too small"},  // a group of two, 50 runs: no curve of 65
+        {2, 400, {"u0", "u1", "u2"}, "No errors"},  // one unit, nothing to compare: no text of its own
+    };
+    for (const Case& c : cases) {
+        FastSampler s = fast(c.mode, c.n, 3, c.members);
+        EXPECT_EQ(drive(s, store, list), -1.0f) << c.text;
+        EXPECT_EQ(s.errorText(), c.text);
+    }
+}
 
-    FastSampler small = fast(1, 24);  // 8 runs a factor: omegaMax 0
-    EXPECT_EQ(drive(small, store, list), -1.0f);
-    EXPECT_EQ(small.errorText(), "Sample set to generate too small");
-    FastSampler thinGroup = fast(2, 100);  // a group of two with 50 runs: no curve of 65
-    ASSERT_EQ(thinGroup.addGroup("g"), 1);
-    for (const char* f : {"u0", "u1"}) ASSERT_EQ(thinGroup.addElement("g", f), 1);
-    EXPECT_EQ(drive(thinGroup, store, list), -1.0f);
-    EXPECT_EQ(thinGroup.errorText(), "Sample set to generate too small");
+TEST(FastSampler, SampleFilesRoundTripInEveryMode) {
+    ScratchDir dir;
+    CurrentDirGuard guard(dir.path());
+    ASSERT_EQ(Environment::instance().directories().setPrepDirectory(dir.path().string()), 1);
+    for (int32_t mode : {0, 1, 2}) {
+        PrepConfiguration config;
+        ASSERT_EQ(config.factors.addFactor(uniformFactor("a", 2.0, 4.0)), 1);
+        ASSERT_EQ(config.factors.addFactor(normalFactor("n", 10.0, 2.0)), 1);
+        ASSERT_EQ(config.factors.addFactor(constantFactor("k", 0.5)), 1);
+        ASSERT_EQ(config.factors.addFactor(uniformFactor("b")), 1);
+        config.sampler = std::make_unique<FastSampler>(fast(mode, 200, 21, {"a", "n"}));
+        config.sampleFile = dir.file("fast.sam");
+        ASSERT_EQ(runGeneration(config, nullptr).result, kGenerationDone) << mode;
+        ASSERT_EQ(config.writeSampleFile(dir.file("fast.sam")), 1);
+        PrepConfiguration back;
+        ASSERT_EQ(back.readSampleFile(dir.file("fast.sam")), 1) << mode;
+        ASSERT_EQ(back.writeSampleFile(dir.file("again.sam")), 1);
+        EXPECT_EQ(readFile(dir.file("again.sam")), readFile(dir.file("fast.sam"))) << mode;
+        const auto* read = dynamic_cast<const FastSampler*>(back.sampler.get());
+        ASSERT_TRUE(read != nullptr && read->designTable() != nullptr);
+        EXPECT_EQ(*read->designTable(), *static_cast<const FastSampler&>(*config.sampler).designTable());
+        EXPECT_TRUE(read->frequencies().empty());
+        EXPECT_EQ(back.samples.rowCount(), read->numSamples());
+    }
+    Environment::instance().directories().clear(RememberedDirectories::Prep);
+}
 
-    // One unit leaves nothing to compare: -1 without a text of its own.
-    FastSampler one = fast(2, 400);
-    ASSERT_EQ(one.addGroup("all"), 1);
-    for (const char* f : {"u0", "u1", "u2"}) ASSERT_EQ(one.addElement("all", f), 1);
-    EXPECT_EQ(drive(one, store, list), -1.0f);
-    EXPECT_EQ(one.errorText(), "No errors");
+TEST(FastSampler, SectionReader) {
+    const std::string head = "4\n97\n5\n3\n2\n1 groups:\ng\n2 elements in groups\n0\ta\n0\tb\n";
+    FastSampler s;
+    std::istringstream in(head + "group information\n8\t2\t65\t130\n16\t1\t129\t129\n");
+    s.readItems(in);
+    ASSERT_TRUE(in);
+    EXPECT_EQ(s.seed() * 1000 + s.numSamples(), 4097);
+    EXPECT_EQ(s.groupElement("g", 1), std::optional<std::string>("b"));
+    EXPECT_EQ(*s.designTable(), (std::vector<FastBlock>{{8, 2, 65, 130}, {16, 1, 129, 129}}));
+    // Without the marker there is no table, and the marker's line end stays
+    // for the caller, who skips the rest of the section's last line.
+    std::istringstream bare(head + "no group information\nnext\n");
+    s.readItems(bare);
+    std::string line;
+    skipLine(bare);
+    ASSERT_TRUE(std::getline(bare, line));
+    EXPECT_EQ(line, "next");
+    EXPECT_EQ(s.designTable(), nullptr);
+
+    const std::string bad[] = {
+        "6\n9\n2\n1\n2\n1 groups:\ng\n2 elements in groups\n0\ta\n0\tb\ngroup information\n",  // no unit
+        "6\n9\n2\n-1\n0\n0 groups:\n0 elements in groups\nno group information\n",
+        "6\n9\n2\n2\n3\n0 groups:\n0 elements in groups\nno group information\n",  // mode 3
+        "6\n9\n2\n2\n2\n1 groups:\ng\n1 elements in groups\n1\ta\n",  // no group 1
+        "6\n9\n2\n2\n2\n1 groups:\n" + std::string(81, 'g') + "\n",
+        head + "group information\n8\t2\t65\t130\n",  // a row short
+    };
+    for (const std::string& text : bad) {
+        FastSampler f;
+        std::istringstream badIn(text);
+        f.readItems(badIn);
+        EXPECT_FALSE(badIn) << text;
+        EXPECT_TRUE(f.numSamples() == 0 && f.seed() == 1 && f.groupNames().empty()) << text;
+    }
 }
 
 }  // namespace
