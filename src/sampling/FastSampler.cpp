@@ -175,8 +175,9 @@ float FastSampler::generate(float targetPercent, sampValues& store, FactorList& 
         if (analysisMode_ != 0 && r == blockEnd_ && currentUnit_ + 1 < units_) {
             if (!openBlock(factors)) return -1.0f;
         }
-        // Every block is open once r passes the last but one: numSamples
-        // then counts exactly the runs of the blocks made.
+        // Until the last block opens, numSamples still holds the budget of
+        // the blocks to come and r stays below it; then it counts exactly
+        // the runs of the blocks made.
         if (r >= numSamples_) {
             progress_ = 50.0f;
             break;

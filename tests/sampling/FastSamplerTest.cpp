@@ -36,7 +36,9 @@ constexpr const char* kPerUnitText = "Sample size too small\nThe sample size mus
 FastSampler fast(int32_t mode, int32_t n, int32_t seed = 3, const std::vector<std::string>& members = {}) {
     FastSampler s;
     EXPECT_EQ(s.setAnalysisMode(mode) + s.setSamples(n) + s.setSeed(seed), 3);
-    if (mode == 2 || !members.empty()) EXPECT_EQ(s.addGroup(kGroup), 1);
+    if (mode == 2 || !members.empty()) {
+        EXPECT_EQ(s.addGroup(kGroup), 1);
+    }
     for (const std::string& f : members) EXPECT_EQ(s.addElement(kGroup, f), 1);
     return s;
 }
