@@ -9,6 +9,7 @@
 #include "correlation/FactorList.h"
 #include "correlation/Ranking.h"
 #include "sampling/DesignColumns.h"
+#include "sampling/FastSampler.h"
 #include "sampling/FixedSampler.h"
 #include "sampling/LatinSampler.h"
 #include "sampling/LpTauSampler.h"
@@ -25,8 +26,8 @@ namespace {
 
 struct MethodEntry {
     const char* name;
-    // Null for a method this build does not offer yet: such a number reads
-    // as an unknown one, and a sample file naming it fails cleanly.
+    // Null for a method this build does not offer: such a number reads as
+    // an unknown one, and a sample file naming it fails cleanly.
     std::unique_ptr<Sampler> (*create)();
 };
 
@@ -37,7 +38,7 @@ std::unique_ptr<Sampler> make() {
 
 // By method number. A new method adds its class's maker here.
 const MethodEntry kMethods[] = {
-    {"Fast", nullptr},
+    {"Fast", &make<FastSampler>},
     {"Fixed samples", &make<FixedSampler>},
     {"Latin Hypercube", &make<LatinSampler>},
     {"QuasiRandom LpTau", &make<LpTauSampler>},
