@@ -37,8 +37,9 @@ public:
 
     // Computes every record from the design, its sample store and the table
     // of analysed variables; callers set variableCount first. 1, or 0 with
-    // errorText set and computed left 0.
-    [[nodiscard]] virtual int compute(const PrepConfiguration& configuration, OutputTable& outputs) = 0;
+    // errorText set and computed left 0. The configuration is not const
+    // because reading its sample store moves the store's window.
+    [[nodiscard]] virtual int compute(PrepConfiguration& configuration, OutputTable& outputs) = 0;
     // Drops the records and the class's results; counts and typeId stay.
     virtual void clear();
     // A deep copy of the same class.

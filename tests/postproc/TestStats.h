@@ -15,7 +15,7 @@ struct LayoutStats : SensitivityStats {
     static inline int32_t madeId = 1;  // the typeId make() gives
 
     explicit LayoutStats(int32_t id = 1) : SensitivityStats(id) {}
-    int compute(const PrepConfiguration&, OutputTable&) override { return 0; }
+    int compute(PrepConfiguration&, OutputTable&) override { return 0; }
     std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<LayoutStats>(*this); }
 
     static std::unique_ptr<SensitivityStats> make() { return std::make_unique<LayoutStats>(madeId); }

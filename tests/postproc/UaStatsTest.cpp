@@ -12,6 +12,7 @@
 #include "postproc/OutputTable.h"
 #include "postproc/StudentTable.h"
 #include "postproc/UaCurves.h"
+#include "postproc/UaSettings.h"
 #include "postproc/UaStats.h"
 #include "postproc/UaTableFile.h"
 
@@ -290,6 +291,20 @@ TEST(UaCurves, CurvesSheetFormattingAndSavedTable) {
     EXPECT_EQ(test::readFile(dir.file("table.txt")).substr(0, 31), "Uncertainty analysis for var v\n");
     EXPECT_EQ(saveUaTable(dir.file("missing/table.txt"), s, 0, sheet), 0);
     EXPECT_EQ(saveUaTable(dir.file("other.txt"), s, 3, sheet), 0);
+}
+
+TEST(UaSettings, ChoicesMarkThePresentLevel) {
+    for (int k = 0; k < 7; ++k) EXPECT_EQ(tchebyLevelChoice(kTchebyLevels[k]), k);
+    for (int k = 0; k < 4; ++k) EXPECT_EQ(kolmogorovLevelChoice(kKolmogorovLevels[k]), k);
+    // The level read back from a float still marks its entry.
+    EXPECT_EQ(tchebyLevelChoice(static_cast<float>(0.9995)), 6);
+    EXPECT_EQ(tchebyLevelChoice(0.976), -1);
+    EXPECT_EQ(tchebyLevelChoice(0.5), -1);
+    EXPECT_EQ(kolmogorovLevelChoice(0.75), -1);
+    EXPECT_EQ(kolmogorovLevelChoice(0.981), -1);
+    // No logarithmic scale once a variable goes below zero; zero itself is allowed.
+    EXPECT_TRUE(logScaleAvailable(statsOf({{0.0, 1.0}, {2.0, 3.0}})));
+    EXPECT_FALSE(logScaleAvailable(statsOf({{0.0, 1.0}, {-2.0, 3.0}})));
 }
 
 }  // namespace
