@@ -22,13 +22,6 @@ namespace {
 using namespace tarvex::testing;
 using namespace tarvex::test;
 
-float drive(FastSampler& s, sampValues& store, FactorList& list) {
-    s.reset();
-    float p = 0.0f;
-    for (int target = 1; target <= 50 && p >= 0.0f && p < 50.0f; ++target) p = s.generate(float(target), store, list);
-    return p;
-}
-
 constexpr const char* kGroup = "group g, freely named";
 constexpr const char* kPerUnitText = "Sample size too small\nThe sample size must be >= 65 per factor/group";
 

@@ -18,17 +18,6 @@ namespace {
 
 using namespace tarvex::testing;
 
-// Drives the sampler as the generation loop does: targets 1, 2, ... 50.
-float drive(LatinSampler& s, sampValues& store, FactorList& list, int upTo = 50) {
-    s.reset();
-    float p = 0.0f;
-    for (int target = 1; target <= upTo; ++target) {
-        p = s.generate(float(target), store, list);
-        if (p < 0.0f) return p;
-    }
-    return p;
-}
-
 TEST(LatinSampler, OneValuePerStratumWithoutCorrelation) {
     FactorList list;
     ASSERT_EQ(list.addFactor(uniformFactor("a")), 1);

@@ -20,13 +20,6 @@ namespace {
 using namespace tarvex::testing;
 using namespace tarvex::test;
 
-float drive(MorrisSampler& s, sampValues& store, FactorList& list) {
-    s.reset();
-    float p = 0.0f;
-    for (int target = 1; target <= 50 && p >= 0.0f; ++target) p = s.generate(float(target), store, list);
-    return p;
-}
-
 // Grid level of a cell: i where the cell is (i + 0.5) / p, or -1.
 int levelOf(double x, int p) {
     const double i = x * p - 0.5;

@@ -13,13 +13,6 @@ namespace {
 
 using namespace tarvex::testing;
 
-float drive(RandomSampler& s, sampValues& store, FactorList& list) {
-    s.reset();
-    float p = 0.0f;
-    for (int target = 1; target <= 50 && p >= 0.0f; ++target) p = s.generate(float(target), store, list);
-    return p;
-}
-
 TEST(RandomSampler, CellsFollowTheStreamInSamplingOrder) {
     FactorList list;
     ASSERT_EQ(list.addFactor(relationFactor("r", "a*2")), 1);

@@ -21,13 +21,6 @@ namespace {
 using namespace tarvex::testing;
 using namespace tarvex::test;
 
-float drive(RepLatinSampler& s, sampValues& store, FactorList& list) {
-    s.reset();
-    float p = 0.0f;
-    for (int target = 1; target <= 50 && p >= 0.0f; ++target) p = s.generate(float(target), store, list);
-    return p;
-}
-
 std::vector<double> rowsOf(const std::vector<double>& v, int32_t first, int32_t count) {
     return std::vector<double>(v.begin() + first, v.begin() + first + count);
 }

@@ -12,6 +12,7 @@
 #include "factors/Normal.h"
 #include "factors/Relation.h"
 #include "factors/Uniform.h"
+#include "sampling/Sampler.h"
 #include "sampling/sampValues.h"
 
 namespace tarvex::testing {
@@ -19,6 +20,15 @@ namespace tarvex::testing {
 using tarvex::test::pearson;
 using tarvex::test::ranksOf;
 using tarvex::test::spearman;
+
+// Drives a sampler as the generation loop does: targets 1, 2, ... upTo,
+// ending at a failure.
+inline float drive(Sampler& s, sampValues& store, FactorList& list, int upTo = 50) {
+    s.reset();
+    float p = 0.0f;
+    for (int target = 1; target <= upTo && p >= 0.0f; ++target) p = s.generate(float(target), store, list);
+    return p;
+}
 
 inline std::unique_ptr<Uniform> uniformFactor(const std::string& name, double a = 0.0, double b = 1.0) {
     auto u = std::make_unique<Uniform>();
