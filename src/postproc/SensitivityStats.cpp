@@ -28,6 +28,32 @@ int SensitivityStats::slotValues(int32_t slot, int32_t variable, double* values)
     return 1;
 }
 
+void SensitivityStats::writeSheet(std::ostream& out, const ResultTableRequest& request, int32_t slot,
+                                  CellMark marked) const {
+    writeTableCell(out, "");
+    for (const std::string& name : request.variableNames) writeTableCell(out, name);
+    out << '\n';
+    for (const int32_t r : shownRecords(request, static_cast<int32_t>(records.size()))) {
+        const IndexRecord& record = records[static_cast<std::size_t>(r)];
+        writeTableCell(out, record.name);
+        const int32_t slots = slotCount(record);
+        for (const int32_t v : request.variables) {
+            if (const char* text = kindCellText(record.kind)) {
+                writeTableCell(out, text);
+                continue;
+            }
+            const std::size_t at = static_cast<std::size_t>(v) * static_cast<std::size_t>(slots) +
+                                   static_cast<std::size_t>(slot);
+            if (v < 0 || slot >= slots || at >= record.values.size()) {
+                writeTableCell(out, "");
+                continue;
+            }
+            writeTableCell(out, formatIndexValue(record.values[at]), marked && marked(*this, r, v));
+        }
+        out << '\n';
+    }
+}
+
 void SensitivityStats::writeHeader(std::ostream& out) const {
     out << factorCount << '\n' << variableCount << '\n';
 }

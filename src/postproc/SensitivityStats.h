@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "postproc/IndexRecord.h"
+#include "postproc/ResultTable.h"
 
 namespace tarvex {
 
@@ -57,6 +58,10 @@ public:
     // computed or the variable or slot is out of range.
     [[nodiscard]] int slotValues(int32_t slot, int32_t variable, double* values) const;
 
+    // The text of the result panel's "Save table" for what `request` shows:
+    // the class's first lines, then its sheets.
+    virtual void writeTable(std::ostream& out, const ResultTableRequest& request) const = 0;
+
     int32_t variableCount = 0;
     int32_t factorCount = 0;
     std::vector<IndexRecord> records;
@@ -84,6 +89,13 @@ protected:
     // What follows the record list's last LF; nothing by default.
     virtual void writeTrailer(std::ostream& out) const;
     virtual void readTrailer(std::istream& in);
+
+    // One sheet of slot `slot` (see ResultTable.h): a header row of the
+    // shown variables, then a row per shown record. `marked(record,
+    // variable)`, when given, marks a value cell.
+    using CellMark = bool (*)(const SensitivityStats& stats, int32_t record, int32_t variable);
+    void writeSheet(std::ostream& out, const ResultTableRequest& request, int32_t slot,
+                    CellMark marked = nullptr) const;
 
 private:
     [[nodiscard]] bool readRecord(std::istream& in, IndexRecord& record) const;

@@ -17,6 +17,9 @@ struct LayoutStats : SensitivityStats {
     explicit LayoutStats(int32_t id = 1) : SensitivityStats(id) {}
     int compute(PrepConfiguration&, OutputTable&) override { return 0; }
     std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<LayoutStats>(*this); }
+    void writeTable(std::ostream& out, const ResultTableRequest& request) const override {
+        writeSheet(out, request, 0);
+    }
 
     static std::unique_ptr<SensitivityStats> make() { return std::make_unique<LayoutStats>(madeId); }
 
