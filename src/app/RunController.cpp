@@ -416,7 +416,7 @@ int RunController::runSpreadsheet() {
         ui_.message(MessageKind::Error, kErrorTitle, kSpreadsheetMissingText);
         return 0;
     }
-    if (spreadsheet_->runSpreadsheet(project_.model, project_.prep, ui_) != 1) {
+    if (spreadsheet_->runSpreadsheet(project_.model, project_.prep, ui_, [this] { ui_.refreshWithoutInput(); }) != 1) {
         dropResults();
         return 0;
     }

@@ -4,6 +4,7 @@
 // the results come back from its sheet "Outputs". The application is reached
 // through an engine behind this interface; a program without one can't run
 // such a model.
+#include <functional>
 #include <string>
 
 namespace tarvex {
@@ -22,10 +23,12 @@ public:
     // model.outputFile() (unless the model's kind says that the workbook holds
     // results already), waits until the user has closed the application, and
     // reads the outputs into `model`: output names, one time point 0.0 per
-    // run, the values in its data file. Returns 1, or 0 after telling
-    // `messages` what went wrong where the engine knows more than the caller.
+    // run, the values in its data file. While it waits it calls `refresh`
+    // now and then, which brings the display up to date without taking user
+    // input. Returns 1, or 0 after telling `messages` what went wrong where
+    // the engine knows more than the caller.
     [[nodiscard]] virtual int runSpreadsheet(ModelConfiguration& model, const PrepConfiguration& prep,
-                                             MessageSink& messages) = 0;
+                                             MessageSink& messages, const std::function<void()>& refresh) = 0;
 };
 
 }  // namespace tarvex

@@ -13,6 +13,8 @@
 #include "TestSupport.h"
 #include "app/RunController.h"
 #include "model/InternalModel.h"
+#include "model/SpreadsheetEngine.h"
+#include "postproc/SensitivityClasses.h"
 #include "sampling/RandomSampler.h"
 
 namespace tarvex {
@@ -29,7 +31,10 @@ protected:
     Controller() : here_(dir.path()), saved_(Environment::instance().directories()), controller(ui, dir.path().string()) {
         Environment::instance().directories() = RememberedDirectories();
     }
-    ~Controller() override { Environment::instance().directories() = saved_; }
+    ~Controller() override {
+        Environment::instance().directories() = saved_;
+        for (const auto& s : ui.shown) EXPECT_FALSE(s.what == "question" && s.unscripted) << s.text;
+    }
 
     // Two factors, a uniform on [1, 2] and the constant 0.5, sampled at random.
     PrepConfiguration prepOf(int32_t rows) {
@@ -293,6 +298,31 @@ TEST_F(Controller, ExternalModels) {
     const Strings all = ui.of("error");
     EXPECT_EQ(Strings(all.end() - 2, all.end()),
               (Strings{"Error|Excel not registered properly", "Error|Error in the Excel model execution"}));
+
+    // An engine that reads a workbook's results, or fails.
+    struct Engine : SpreadsheetEngine {
+        int result = 1;
+        int refreshes = 0;
+        int runSpreadsheet(ModelConfiguration& model, const PrepConfiguration& prep, MessageSink& messages,
+                           const std::function<void()>& refresh) override {
+            refresh();
+            ++refreshes;
+            if (result != 1 || prep.samples.rowCount() != 3) return 0;
+            model.setExternal(model.executable(), model.outputFile() + ".txt", 1);
+            return model.readModelOutput(messages);
+        }
+    } engine;
+    writeFile(dir.file("book.xlsx.txt"), "1\nw\ntime = no\n3\n4\n5\n6\n");
+    controller.setSpreadsheetEngine(&engine);
+    EXPECT_EQ(controller.runModel(1), 1);
+    EXPECT_EQ(engine.refreshes, 1);
+    EXPECT_EQ(run(2), std::vector<double>{6});
+    EXPECT_EQ(controller.project().vels.outputs.at(0).name, "w");
+    engine.result = 0;
+    EXPECT_EQ(controller.runModel(1), 0);
+    EXPECT_EQ(ui.of("error").size(), all.size() + 1);
+    EXPECT_EQ(ui.of("error").back(), "Error|Error in the Excel model execution");
+    EXPECT_EQ(controller.project().hasVels, 0);
 }
 
 TEST_F(Controller, OutputFileReadWithoutARunAndTheCardinalityCheck) {
@@ -300,8 +330,11 @@ TEST_F(Controller, OutputFileReadWithoutARunAndTheCardinalityCheck) {
     // A script that would leave a marker if it were started.
     selectModel(externalModel(script("never.sh", "touch started\n"), ModelConfiguration::kNoModel));
     writeFile(dir.file("out.txt"), "1\ny\ntime = no\n2\n10\n20\n");
-    EXPECT_EQ(controller.runModel(1), 1);
-    EXPECT_EQ(ui.progress.size(), 1u);  // only the generation's
+    // Asked to make the sample again, the user keeps it, and the run goes on with it.
+    ui.answers = {1};
+    EXPECT_EQ(controller.runModel(0), 1);
+    EXPECT_EQ(ui.of("question").size(), 1u);
+    EXPECT_EQ(ui.progress.size(), 1u);  // only the first generation's
     EXPECT_FALSE(fs::exists(dir.file("started")));
     EXPECT_EQ(run(1), std::vector<double>{20});
     EXPECT_EQ(controller.analyse(), 0);
@@ -309,7 +342,12 @@ TEST_F(Controller, OutputFileReadWithoutARunAndTheCardinalityCheck) {
     EXPECT_TRUE(ui.of("postprocess").empty());
 
     writeFile(dir.file("out.txt"), "1\ny\ntime = no\n3\n10\n20\n30\n");
-    ASSERT_EQ(controller.runModel(1), 1);
+    {
+        // A method whose statistics class this build lacks: the analysis opens all the same.
+        ScopedSensitivityClass none(sensitivityTypeOf(kRandomMethod), [] { return std::unique_ptr<SensitivityStats>(); });
+        ASSERT_EQ(controller.runModel(1), 1);
+    }
+    EXPECT_EQ(controller.project().vels.sensitivity, nullptr);
     ASSERT_EQ(controller.setDemoMode(1), 1);
     EXPECT_EQ(controller.analyse(), 1);
     ASSERT_EQ(ui.shown.back().what, "postprocess");
