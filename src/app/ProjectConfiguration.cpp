@@ -1,5 +1,6 @@
 #include "app/ProjectConfiguration.h"
 
+#include <filesystem>
 #include <fstream>
 #include <istream>
 #include <new>
@@ -90,6 +91,15 @@ int readSections(std::istream& in, const Sections& s) {
     return in.fail() ? 0 : 1;
 }
 
+// The path as it names the file from where we stand now: reading a project
+// moves the current directory, and a relative name would then name another
+// file at the next save.
+std::string absolutePath(const std::string& path) {
+    std::error_code ec;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, ec);
+    return ec ? path : absolute.lexically_normal().string();
+}
+
 }  // namespace
 
 ProjectConfiguration::ProjectConfiguration(Environment& environment) : configDat_(environment) {}
@@ -129,7 +139,8 @@ int ProjectConfiguration::read(std::istream& in) try {
 
 // Running out of memory on a hostile file is a failed load, like any other.
 int ProjectConfiguration::load(const std::string& path) try {
-    std::ifstream in(path, std::ios::binary);
+    const std::string name = absolutePath(path);
+    std::ifstream in(name, std::ios::binary);
     if (!in) return 0;
     PrepConfiguration newPrep;
     ModelConfiguration newModel;
@@ -146,14 +157,14 @@ int ProjectConfiguration::load(const std::string& path) try {
     hasPrep = newHasPrep;
     hasModel = newHasModel;
     hasVels = newHasVels;
-    fileName_ = path;
+    fileName_ = name;
     return 1;
 } catch (const std::bad_alloc&) {
     return 0;
 }
 
 int ProjectConfiguration::save(const std::string& path) {
-    fileName_ = path;
+    fileName_ = absolutePath(path);
     return save();
 }
 

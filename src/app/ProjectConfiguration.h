@@ -35,13 +35,15 @@ public:
     ProjectConfiguration(const ProjectConfiguration&) = delete;
     ProjectConfiguration& operator=(const ProjectConfiguration&) = delete;
 
-    // Reads the project file at `path`. Returns 1 with fileName() at `path`,
+    // Reads the project file at `path`. Returns 1 with fileName() at `path`
+    // (made absolute, since loading moves the current directory),
     // or 0 for a file that can't be opened or is damaged anywhere; the object
     // is then as it was. Loading moves the current directory to the
     // directories saved in the file, where they exist.
     [[nodiscard]] int load(const std::string& path);
 
-    // Writes the project to `path`, which becomes fileName() first. The file
+    // Writes the project to `path`, which becomes fileName() first (made
+    // absolute). The file
     // is replaced only once everything is written: a failed save (0) leaves
     // the former file as it was.
     [[nodiscard]] int save(const std::string& path);

@@ -103,6 +103,15 @@ TEST_F(ProjectFile, EveryCombinationOfPartsReadsBack) {
         ASSERT_EQ(back.save(dir.file("again.psc")), 1);
         EXPECT_EQ(readFile(dir.file("again.psc")), text);
     }
+    // A name given relative keeps naming the same file after the load has
+    // moved to the directory saved in it.
+    fs::create_directory(dir.file("sub"));
+    fs::copy_file(dir.file("p1.psc"), dir.file("sub/p1.psc"));
+    fs::current_path(dir.file("sub"));
+    ProjectConfiguration relative;
+    ASSERT_EQ(relative.load("p1.psc"), 1);
+    EXPECT_EQ(fs::current_path(), dir.path());
+    EXPECT_EQ(relative.fileName(), dir.file("sub/p1.psc"));
 }
 
 TEST_F(ProjectFile, AFailedSaveLeavesTheFormerFile) {
