@@ -27,6 +27,23 @@ ModelConfiguration& ModelConfiguration::operator=(const ModelConfiguration& othe
     return *this;
 }
 
+void ModelConfiguration::swap(ModelConfiguration& other) noexcept {
+    dataFile_.swap(other.dataFile_);
+    executable_.swap(other.executable_);
+    outputFile_.swap(other.outputFile_);
+    internalModel_.swap(other.internalModel_);
+    std::swap(kind_, other.kind_);
+    std::swap(progress_, other.progress_);
+    std::swap(nextRun_, other.nextRun_);
+    std::swap(spreadsheet_, other.spreadsheet_);
+    std::swap(runCount_, other.runCount_);
+    outputNames_.swap(other.outputNames_);
+    std::swap(runTimes_, other.runTimes_);
+    std::swap(timeMode_, other.timeMode_);
+    std::swap(failedRuns_, other.failedRuns_);
+    errorText_.swap(other.errorText_);
+}
+
 void ModelConfiguration::copyFrom(const ModelConfiguration& other) {
     executable_ = other.executable_;
     outputFile_ = other.outputFile_;

@@ -32,6 +32,9 @@ public:
     ~ModelConfiguration();
     ModelConfiguration(const ModelConfiguration& other);
     ModelConfiguration& operator=(const ModelConfiguration& other);
+    // Exchanges everything, the data files by name: each object still owns
+    // (and deletes) one file, and no result is copied.
+    void swap(ModelConfiguration& other) noexcept;
 
     const std::string& dataFile() const { return dataFile_; }
     const std::string& executable() const { return executable_; }

@@ -6,14 +6,11 @@
 #include <filesystem>
 #include <spawn.h>
 #include <sys/wait.h>
-#include <thread>
 #include <vector>
 
 extern char** environ;
 
 namespace tarvex {
-
-ModelProcess::ModelProcess(std::chrono::milliseconds pollInterval) : pollInterval_(pollInterval) {}
 
 ModelProcess::~ModelProcess() {
     // Never leave a model running or a zombie behind when the run is abandoned.
@@ -101,17 +98,6 @@ void ModelProcess::stop() {
     pid_ = -1;
     state_ = State::Exited;
     exitCode_ = 1;
-}
-
-ModelProcess::Outcome ModelProcess::runUntilDone(const std::function<bool()>& step) {
-    while (poll() == State::Running) {
-        std::this_thread::sleep_for(pollInterval_);
-        if (step && !step()) {
-            stop();
-            return Outcome::Stopped;
-        }
-    }
-    return state_ == State::Exited ? Outcome::Finished : Outcome::Lost;
 }
 
 }  // namespace tarvex

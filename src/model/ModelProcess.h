@@ -2,8 +2,8 @@
 // One run of an external model: the executable is started with the sample
 // file's path as its only argument, in the installation directory, and then
 // polled until it ends, is stopped by the user, or can no longer be observed.
-#include <chrono>
-#include <functional>
+// The waiting between polls belongs to the caller, who serves the user
+// meanwhile: nothing here sleeps.
 #include <string>
 #include <sys/types.h>
 
@@ -13,10 +13,7 @@ class ModelProcess {
 public:
     enum class State { NotStarted, Running, Exited, Lost };
 
-    // The outcome of waiting for the process with runUntilDone().
-    enum class Outcome { Finished, Stopped, Lost };
-
-    explicit ModelProcess(std::chrono::milliseconds pollInterval = std::chrono::milliseconds(500));
+    ModelProcess() = default;
     ~ModelProcess();
     ModelProcess(const ModelProcess&) = delete;
     ModelProcess& operator=(const ModelProcess&) = delete;
@@ -30,16 +27,12 @@ public:
     [[nodiscard]] int start(const std::string& executable, const std::string& sampleFile,
               const std::string& workingDirectory);
 
-    // Looks at the process without blocking.
+    // Looks at the process without blocking: Running, Exited (exitCode() is
+    // valid) or Lost.
     State poll();
 
     // Kills a running process and records the exit code 1, as a stopped model has.
     void stop();
-
-    // Waits in slices of the poll interval while the process runs. After each
-    // slice `step` is called (animation, event draining); when it returns false
-    // the process is stopped. The exit code is in exitCode() after Finished.
-    [[nodiscard]] Outcome runUntilDone(const std::function<bool()>& step);
 
     State state() const { return state_; }
     int exitCode() const { return exitCode_; }
@@ -49,7 +42,6 @@ public:
 private:
     void reap(int status);
 
-    std::chrono::milliseconds pollInterval_;
     pid_t pid_ = -1;
     State state_ = State::NotStarted;
     int exitCode_ = 0;

@@ -304,18 +304,28 @@ int PrepConfiguration::read(std::istream& in) {
     sampleStatistics = std::move(statistics);
     if (!factors.read(in) || !in) return failed();
 
-    int32_t methodId = -1;
-    if (!(in >> methodId)) return 0;
-    skipLine(in);
-    std::string methodName;
-    if (!readLineInBuffer(in, methodName, kMethodNameBytes)) return 0;
-    std::unique_ptr<Sampler> method = Sampler::create(methodId);
-    if (!method) return failed();
-    method->readItems(in);
-    sampler = std::move(method);
-    if (!in) return 0;
-
-    skipLine(in);  // the rest of the section's last line
+    // A configuration saved before a method was chosen writes no method
+    // section: the directory line follows the factors at once. A method
+    // section opens with its number; a directory line is empty or a path,
+    // and the remembered directories are absolute, so the first character
+    // tells the two apart.
+    const int next = in.peek();
+    const bool hasSection = next == '-' || next == '+' || next == ' ' || next == '\t' ||
+                            (next >= '0' && next <= '9');
+    sampler.reset();
+    if (hasSection) {
+        int32_t methodId = -1;
+        if (!(in >> methodId)) return 0;
+        skipLine(in);
+        std::string methodName;
+        if (!readLineInBuffer(in, methodName, kMethodNameBytes)) return 0;
+        std::unique_ptr<Sampler> method = Sampler::create(methodId);
+        if (!method) return failed();
+        method->readItems(in);
+        sampler = std::move(method);
+        if (!in) return 0;
+        skipLine(in);  // the rest of the section's last line
+    }
     std::string directory;
     if (!readLineInBuffer(in, directory, kPathBytes)) return 0;
     // Loading moves the current directory; it is remembered only if the

@@ -1,3 +1,4 @@
+#include <PollUntilDone.h>
 #include <TestSupport.h>
 #include <gtest/gtest.h>
 
@@ -168,9 +169,9 @@ TEST_F(OutputFile, AScriptModelWritesWhatIsRead) {
                     "RUN 1\\n2\\n0 -1 0\\n1 1e-3 7\\n' > out.txt\n");
     fs::permissions(exe, fs::perms::owner_all);
     test::writeFile(dir.file("in.sam"), "sample\n");
-    ModelProcess p(std::chrono::milliseconds(10));
+    ModelProcess p;
     ASSERT_EQ(p.start(exe, dir.file("in.sam"), dir.path().string()), 1);
-    ASSERT_EQ(p.runUntilDone({}), ModelProcess::Outcome::Finished);
+    ASSERT_EQ(tarvex::test::pollUntilDone(p), tarvex::test::Ended::Finished);
     ASSERT_EQ(p.exitCode(), 0);
     config.setExternal(exe, dir.file("out.txt"), 0);
     ASSERT_EQ(config.readModelOutput(messages), 1);

@@ -1,5 +1,6 @@
 #include "model/ModelProcess.h"
 
+#include <PollUntilDone.h>
 #include <TestSupport.h>
 #include <gtest/gtest.h>
 
@@ -18,16 +19,15 @@ std::string script(const ScratchDir& dir, const std::string& name, const std::st
     return path;
 }
 
-constexpr std::chrono::milliseconds kFast{20};
 
 }  // namespace
 
 TEST(ModelProcess, ExitCodeOfAFailingModelIsReported) {
     ScratchDir dir;
-    ModelProcess p(kFast);
+    ModelProcess p;
     ASSERT_EQ(p.start(script(dir, "fail.sh", "exit 3\n"), "in.sam", dir.path().string()), 1);
     int steps = 0;
-    EXPECT_EQ(p.runUntilDone([&] { ++steps; return true; }), ModelProcess::Outcome::Finished);
+    EXPECT_EQ(tarvex::test::pollUntilDone(p, [&] { ++steps; return true; }), tarvex::test::Ended::Finished);
     EXPECT_EQ(p.exitCode(), 3);
     EXPECT_EQ(p.state(), ModelProcess::State::Exited);
 }
@@ -39,9 +39,9 @@ TEST(ModelProcess, ModelGetsSampleFileAndRunsInWorkingDirectory) {
     std::string exe = script(dir, "model.sh",
                              "printf '1\\ny\\ntime = no\\n1\\n%s\\n' \"$1\" > out.txt\n"
                              "pwd >> out.txt\n");
-    ModelProcess p(kFast);
+    ModelProcess p;
     ASSERT_EQ(p.start(exe, "my sample.sam", work.path().string()), 1);
-    EXPECT_EQ(p.runUntilDone({}), ModelProcess::Outcome::Finished);
+    EXPECT_EQ(tarvex::test::pollUntilDone(p), tarvex::test::Ended::Finished);
     EXPECT_EQ(p.exitCode(), 0);
     std::string out = tarvex::test::readFile(work.file("out.txt"));
     EXPECT_EQ(out, "1\ny\ntime = no\n1\nmy sample.sam\n" +
@@ -50,12 +50,12 @@ TEST(ModelProcess, ModelGetsSampleFileAndRunsInWorkingDirectory) {
 
 TEST(ModelProcess, StopKillsARunningModelWithExitCodeOne) {
     ScratchDir dir;
-    ModelProcess p(kFast);
+    ModelProcess p;
     ASSERT_EQ(p.start(script(dir, "slow.sh", "exec sleep 30\n"), "s.sam", dir.path().string()), 1);
     pid_t pid = p.pid();
     ASSERT_GT(pid, 0);
     int steps = 0;
-    EXPECT_EQ(p.runUntilDone([&] { return ++steps < 3; }), ModelProcess::Outcome::Stopped);
+    EXPECT_EQ(tarvex::test::pollUntilDone(p, [&] { return ++steps < 3; }), tarvex::test::Ended::Stopped);
     EXPECT_EQ(steps, 3);
     EXPECT_EQ(p.exitCode(), 1);
     // Reaped, so the pid no longer names our child.
@@ -64,9 +64,9 @@ TEST(ModelProcess, StopKillsARunningModelWithExitCodeOne) {
 
 TEST(ModelProcess, DeathBySignalIsANonZeroExitCode) {
     ScratchDir dir;
-    ModelProcess p(kFast);
+    ModelProcess p;
     ASSERT_EQ(p.start(script(dir, "die.sh", "kill -TERM $$\nsleep 5\n"), "s.sam", ""), 1);
-    EXPECT_EQ(p.runUntilDone({}), ModelProcess::Outcome::Finished);
+    EXPECT_EQ(tarvex::test::pollUntilDone(p), tarvex::test::Ended::Finished);
     EXPECT_EQ(p.exitCode(), 128 + SIGTERM);
 }
 
@@ -94,7 +94,7 @@ TEST(ModelProcess, DestroyingARunningProcessKillsIt) {
     ScratchDir dir;
     pid_t pid;
     {
-        ModelProcess p(kFast);
+        ModelProcess p;
         ASSERT_EQ(p.start(script(dir, "slow.sh", "exec sleep 30\n"), "s.sam", ""), 1);
         pid = p.pid();
         EXPECT_EQ(p.poll(), ModelProcess::State::Running);
@@ -107,10 +107,10 @@ TEST(ModelProcess, RelativeExecutableIsFoundFromOurDirectory) {
     ScratchDir work;
     script(dir, "rel.sh", "echo ran > marker.txt\n");
     tarvex::test::CurrentDirGuard here(dir.path());
-    ModelProcess p(kFast);
+    ModelProcess p;
     // The model runs in `work`, but its path is relative to where we stand.
     ASSERT_EQ(p.start("./rel.sh", "s.sam", work.path().string()), 1) << p.errorText();
-    EXPECT_EQ(p.runUntilDone({}), ModelProcess::Outcome::Finished);
+    EXPECT_EQ(tarvex::test::pollUntilDone(p), tarvex::test::Ended::Finished);
     EXPECT_EQ(p.exitCode(), 0);
     EXPECT_EQ(tarvex::test::readFile(work.file("marker.txt")), "ran\n");
 }

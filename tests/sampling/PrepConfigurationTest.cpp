@@ -254,6 +254,34 @@ TEST(PrepConfiguration, SampleFileRoundTripIsByteIdentical) {
     Environment::instance().directories().clear(RememberedDirectories::Prep);
 }
 
+// Factors defined, no method chosen yet: the record has no method section,
+// and must still read back, also with a record behind it.
+TEST(PrepConfiguration, RecordWithoutAMethodReadsBack) {
+    ScratchDir dir;
+    CurrentDirGuard guard(dir.path());
+    for (const std::string& directory : {std::string(), dir.path().string()}) {
+        SCOPED_TRACE(directory);
+        if (directory.empty()) Environment::instance().directories().clear(RememberedDirectories::Prep);
+        else ASSERT_EQ(Environment::instance().directories().setPrepDirectory(directory), 1);
+        PrepConfiguration config = latinConfiguration(4, kNoCorrelation);
+        config.sampler.reset();
+        config.sampleFile = "kept.sam";
+        const std::string record = recordOf(config);
+        ASSERT_NE(record.find("\n" + directory + "\nkept.sam\n\n"), std::string::npos);
+        std::istringstream in(record + "next\n");
+        PrepConfiguration back = latinConfiguration(4, kNoCorrelation);
+        ASSERT_EQ(back.read(in), 1);
+        EXPECT_EQ(back.sampler, nullptr);
+        EXPECT_EQ(back.sampleFile, "kept.sam");
+        EXPECT_EQ(back.factors.factorCount(), 5);
+        EXPECT_EQ(recordOf(back), record);
+        std::string line;
+        ASSERT_TRUE(std::getline(in, line) && std::getline(in, line));
+        EXPECT_EQ(line, "next");
+    }
+    Environment::instance().directories().clear(RememberedDirectories::Prep);
+}
+
 TEST(PrepConfiguration, BadSampleFilesLeaveTheConfigurationAsItWas) {
     ScratchDir dir;
     CurrentDirGuard guard(dir.path());

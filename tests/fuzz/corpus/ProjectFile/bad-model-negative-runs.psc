@@ -1,0 +1,13 @@
+No Prep Configuration
+Model Configuration
+exe
+out.txt
+2
+0
+-1
+0
+0
+
+
+
+No Vels Configuration

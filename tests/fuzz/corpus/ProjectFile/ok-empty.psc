@@ -1,0 +1,3 @@
+No Prep Configuration
+No Model Configuration
+No Vels Configuration
