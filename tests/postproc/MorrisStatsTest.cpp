@@ -1,9 +1,8 @@
 // Morris indices: the program's own trajectories against a linear model's
-// exact effects, spreads computed by hand, one trajectory, damaged designs,
-// the file record and the saved table.
+// exact effects, spreads computed by hand, a damaged design, one trajectory
+// through the file and the saved table.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <sstream>
 
@@ -48,9 +47,14 @@ Slots slotsOf(const MorrisStats& stats, int32_t variable) {
     return s;
 }
 
-// Effects |2 dy| of a and b per trajectory: a {4, 2, 0}, b {2, 1, 6}. The
-// second variable never changes along the moves.
-TEST(MorrisStats, MeansAndSpreadsOfHandComputedEffects) {
+// Effects |2 dy| of a and b per trajectory: a {4, 2, 0}, b {2, 1, 6}, whose
+// sample standard deviations are 2 and sqrt(7); the constant k keeps 0.0.
+// The second variable never changes along the moves. Then a damaged design:
+// a run that changes before any trajectory started (run 0), a factor number
+// beyond the uncertain ones (run 3), a third trajectory where the design has
+// two (runs 6, 7), and outputs that end before the design's last run. What
+// is left: a has effects {2, 0}, b {0, 4}, deviations sqrt(2) and sqrt(8).
+TEST(MorrisStats, HandComputedEffectsAndDamagedDesigns) {
     PrepConfiguration prep = handMade(3, {-1, 0, 1, -1, 1, 0, -1, 0, 1});
     OutputTable outputs;
     test::fillTable(outputs, {{1, 3, 2, 5, 5.5, 4.5, 0, 0, 3}, std::vector<double>(9, 7.0)});
@@ -58,28 +62,25 @@ TEST(MorrisStats, MeansAndSpreadsOfHandComputedEffects) {
     stats.variableCount = 2;
     ASSERT_EQ(stats.compute(prep, outputs), 1);
     EXPECT_EQ(stats.computed, 1);
-    EXPECT_EQ(stats.errorText, "No errors");
     EXPECT_EQ(stats.factorCount, 3);
-    ASSERT_EQ(stats.records.size(), 3u);
-    EXPECT_EQ(stats.records[1].name, "k");
     EXPECT_EQ(stats.records[1].kind, kConstantFactor);
-
-    // Sample standard deviations: {4, 2, 0} has 2, {2, 1, 6} has sqrt(7).
-    const Slots y = slotsOf(stats, 0);
-    EXPECT_DOUBLE_EQ(y.index[0], 2.0);
-    EXPECT_DOUBLE_EQ(y.sigma[0], 2.0);
-    EXPECT_DOUBLE_EQ(y.index[2], 3.0);
-    EXPECT_DOUBLE_EQ(y.sigma[2], std::sqrt(7.0));
-    EXPECT_EQ(y.index[1], 0.0);
-    EXPECT_EQ(y.sigma[1], 0.0);
-    const Slots flat = slotsOf(stats, 1);
-    for (std::size_t r = 0; r < 3; ++r) {
-        EXPECT_EQ(flat.index[r], 0.0);
-        EXPECT_EQ(flat.sigma[r], 0.0);
-    }
+    Slots s = slotsOf(stats, 0);
+    EXPECT_EQ(s.index, (std::vector<double>{2.0, 0.0, 3.0}));
+    EXPECT_EQ(s.sigma, (std::vector<double>{2.0, 0.0, std::sqrt(7.0)}));
+    s = slotsOf(stats, 1);
+    EXPECT_EQ(s.index, std::vector<double>(3, 0.0));
+    EXPECT_EQ(s.sigma, std::vector<double>(3, 0.0));
     std::vector<double> out(3);
     EXPECT_EQ(stats.morrisIndex(2, out.data()), 0);
-    EXPECT_EQ(stats.sigma(-1, out.data()), 0);
+
+    PrepConfiguration damaged = handMade(2, {0, -1, 0, 5, -1, 1, -1, 0, 1});
+    OutputTable eight;
+    test::fillTable(eight, {{100, 1, 2, 50, 4, 6, 0, 0}});
+    stats.variableCount = 1;
+    ASSERT_EQ(stats.compute(damaged, eight), 1);
+    s = slotsOf(stats, 0);
+    EXPECT_EQ(s.index, (std::vector<double>{1.0, 0.0, 2.0}));
+    EXPECT_EQ(s.sigma, (std::vector<double>{std::sqrt(2.0), 0.0, std::sqrt(8.0)}));
 
     // A sample of another design, or more variables than the table holds.
     PrepConfiguration random = test::randomPrep(9);
@@ -90,35 +91,6 @@ TEST(MorrisStats, MeansAndSpreadsOfHandComputedEffects) {
     EXPECT_EQ(stats.compute(prep, outputs), 0);
     EXPECT_EQ(stats.errorText, "The output table holds 2 variables; 3 are to be analysed.");
     EXPECT_TRUE(stats.records.empty());
-}
-
-// One trajectory leaves sigma at 0 / 0. A damaged design: a run that
-// changes before any trajectory started (run 0), a factor number beyond the
-// uncertain ones (run 3), a third trajectory where the design has two (runs
-// 6, 7), and outputs that end before the design's last run.
-TEST(MorrisStats, OneTrajectoryAndDamagedDesignsGoOn) {
-    PrepConfiguration single = handMade(1, {-1, 1, 0});
-    OutputTable three;
-    test::fillTable(three, {{1, 4, 0}});
-    MorrisStats stats;
-    stats.variableCount = 1;
-    ASSERT_EQ(stats.compute(single, three), 1);
-    Slots s = slotsOf(stats, 0);
-    EXPECT_EQ(s.index[0], 8.0);
-    EXPECT_EQ(s.index[2], 6.0);
-    EXPECT_TRUE(std::isnan(s.sigma[0]));
-    EXPECT_TRUE(std::isnan(s.sigma[2]));
-
-    PrepConfiguration damaged = handMade(2, {0, -1, 0, 5, -1, 1, -1, 0, 1});
-    OutputTable eight;
-    test::fillTable(eight, {{100, 1, 2, 50, 4, 6, 0, 0}});
-    ASSERT_EQ(stats.compute(damaged, eight), 1);
-    // a has effects {2, 0}, b {0, 4}: standard deviations sqrt(2), sqrt(8).
-    s = slotsOf(stats, 0);
-    EXPECT_DOUBLE_EQ(s.index[0], 1.0);
-    EXPECT_DOUBLE_EQ(s.sigma[0], std::sqrt(2.0));
-    EXPECT_DOUBLE_EQ(s.index[2], 2.0);
-    EXPECT_DOUBLE_EQ(s.sigma[2], std::sqrt(8.0));
 }
 
 // The program's trajectories on p = 5 levels: a jump of d = 2 levels moves a
@@ -153,19 +125,15 @@ TEST(MorrisStats, ProgramsTrajectoriesGiveLinearEffectsAndRankAnInertFactorLast)
     const Slots s = slotsOf(stats, 0);
     EXPECT_NEAR(s.index[0], 2.4, 1e-9);
     EXPECT_NEAR(s.index[2], 3.2, 1e-9);
-    EXPECT_EQ(s.index[3], 0.0);
-    EXPECT_EQ(s.sigma[3], 0.0);
-    for (const std::size_t r : {std::size_t{1}, std::size_t{4}}) {
-        EXPECT_EQ(s.index[r], 0.0) << r;
-        EXPECT_EQ(s.sigma[r], 0.0) << r;
-    }
-    // Ranked by the index, the uncertain factors come b, a, c.
-    std::vector<std::size_t> order = {0, 2, 3};
-    std::sort(order.begin(), order.end(), [&](std::size_t l, std::size_t r) { return s.index[l] > s.index[r]; });
-    EXPECT_EQ(order, (std::vector<std::size_t>{2, 0, 3}));
+    // The inert c ranks last with both slots 0.0, as do the constant and
+    // the relation.
+    EXPECT_EQ((std::vector<double>{s.index[1], s.sigma[1], s.index[3], s.sigma[3], s.index[4], s.sigma[4]}),
+              std::vector<double>(6, 0.0));
 }
 
-TEST(MorrisStats, FileRecordAndSavedTable) {
+// One trajectory: effects 8 (a) and 6 (b), sigma 0 / 0. The record reads
+// back from the file as it was written, "nan" included.
+TEST(MorrisStats, OneTrajectoryThroughTheFileAndTheSavedTable) {
     PrepConfiguration prep = handMade(1, {-1, 1, 0});
     OutputTable outputs;
     test::fillTable(outputs, {{1, 4, 0}});
@@ -180,16 +148,11 @@ TEST(MorrisStats, FileRecordAndSavedTable) {
               "a\n3\t \t8\t \tnan\t \t\n"
               "k\n0\t \t0\t \t0\t \t\n"
               "b\n3\t \t6\t \tnan\t \t\n");
-    ASSERT_NE(back, nullptr);
-    const auto* morris = dynamic_cast<const MorrisStats*>(back.get());
-    ASSERT_NE(morris, nullptr);
-    EXPECT_EQ(morris->computed, 1);
-    EXPECT_EQ(morris->factorCount, 3);
-    ASSERT_EQ(morris->records.size(), 3u);
-    const Slots s = slotsOf(*morris, 0);
-    EXPECT_EQ(s.index, (std::vector<double>{8.0, 0.0, 6.0}));
-    EXPECT_TRUE(std::isnan(s.sigma[0]));
-    EXPECT_EQ(morris->records[1].kind, kConstantFactor);
+    ASSERT_NE(dynamic_cast<const MorrisStats*>(back.get()), nullptr);
+    EXPECT_EQ(back->computed, 1);
+    std::ostringstream again;
+    back->write(again);
+    EXPECT_EQ(again.str(), block);
 
     std::ostringstream table;
     ResultTableRequest request;
