@@ -2,11 +2,14 @@
 // One factor (or group, or term) of a sensitivity result: its name, its kind,
 // and its values, variable after variable, each variable holding the slots
 // its statistics class defines.
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace tarvex {
+
+class FactorList;
 
 enum FactorKind : int32_t {
     kConstantFactor = 0,    // distribution "Constant": never computed
@@ -30,5 +33,9 @@ struct IndexRecord {
     int32_t groupCount() const { return static_cast<int32_t>(groupNames.size()); }
     bool operator==(const IndexRecord&) const = default;
 };
+
+// One record per factor of the list, in list order: its name, the kind its
+// distribution name gives, and `valueCount` values of 0.0.
+std::vector<IndexRecord> factorRecords(const FactorList& factors, std::size_t valueCount);
 
 }  // namespace tarvex

@@ -18,6 +18,9 @@ public:
     // One value; NaN outside the table, which no statistic mistakes for a
     // result.
     double value(int32_t row, int32_t column);
+    // The first `count` values of column `column`, through the store's
+    // column window; 0 when the table has no such column or fewer rows.
+    [[nodiscard]] int column(int32_t column, int32_t count, double* values);
 };
 
 }  // namespace tarvex

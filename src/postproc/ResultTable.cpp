@@ -7,6 +7,9 @@
 namespace tarvex {
 
 std::string formatIndexValue(double value) {
+    // A 0 / 0 comes out with its sign bit set on common hardware; a NaN's
+    // sign means nothing, and the cell shows what the file holds, "nan".
+    if (std::isnan(value)) value = std::fabs(value);
     const double magnitude = std::fabs(value);
     const char* format = magnitude >= 0.001 && magnitude <= 10000.0 ? "%.4f" : "%7.3g";
     char text[64];

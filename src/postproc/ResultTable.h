@@ -31,7 +31,7 @@ struct ResultTableRequest {
 };
 
 // A value as a table cell shows it: "%.4f" when its magnitude lies between
-// 0.001 and 10000.0, else "%7.3g".
+// 0.001 and 10000.0, else "%7.3g". A NaN shows "nan" whatever its sign.
 std::string formatIndexValue(double value);
 
 // The text a record of this kind shows in place of its values, or null for

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "postproc/ImportanceStats.h"
+#include "postproc/MorrisStats.h"
 #include "sampling/Sampler.h"
 
 namespace tarvex {
@@ -20,6 +22,8 @@ std::unique_ptr<SensitivityStats> make() {
 std::array<SensitivityFactory, kTypeCount>& factories() {
     static std::array<SensitivityFactory, kTypeCount> table = [] {
         std::array<SensitivityFactory, kTypeCount> t{};
+        t[1] = &make<MorrisStats>;
+        t[3] = &make<ImportanceStats>;
         return t;
     }();
     return table;

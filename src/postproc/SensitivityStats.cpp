@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <istream>
 #include <ostream>
 
 #include "common/TextLines.h"
+#include "postproc/OutputTable.h"
 #include "postproc/StatsText.h"
 #include "sampling/NumberText.h"
 
@@ -28,27 +30,55 @@ int SensitivityStats::slotValues(int32_t slot, int32_t variable, double* values)
     return 1;
 }
 
+bool SensitivityStats::variablesFit(const OutputTable& outputs) {
+    if (variableCount >= 0 && variableCount <= outputs.columnCount()) return true;
+    char text[160];
+    std::snprintf(text, sizeof text, kVariablesOutsideTableFormat, outputs.columnCount(), variableCount);
+    errorText = text;
+    return false;
+}
+
 void SensitivityStats::writeSheet(std::ostream& out, const ResultTableRequest& request, int32_t slot,
                                   CellMark marked) const {
     writeTableCell(out, "");
     for (const std::string& name : request.variableNames) writeTableCell(out, name);
     out << '\n';
+    writeSheetRows(out, request, {slot}, marked);
+}
+
+void SensitivityStats::writeSheet(std::ostream& out, const ResultTableRequest& request,
+                                  const std::vector<int32_t>& slots, const std::vector<std::string>& headings) const {
+    writeTableCell(out, "");
+    for (const std::string& name : request.variableNames)
+        for (std::size_t k = 0; k < slots.size(); ++k) writeTableCell(out, k == 0 ? name : "");
+    out << '\n';
+    writeTableCell(out, "");
+    for (std::size_t v = 0; v < request.variableNames.size(); ++v)
+        for (std::size_t k = 0; k < slots.size(); ++k) writeTableCell(out, k < headings.size() ? headings[k] : "");
+    out << '\n';
+    writeSheetRows(out, request, slots, nullptr);
+}
+
+void SensitivityStats::writeSheetRows(std::ostream& out, const ResultTableRequest& request,
+                                      const std::vector<int32_t>& slots, CellMark marked) const {
     for (const int32_t r : shownRecords(request, static_cast<int32_t>(records.size()))) {
         const IndexRecord& record = records[static_cast<std::size_t>(r)];
         writeTableCell(out, record.name);
-        const int32_t slots = slotCount(record);
+        const int32_t slotsPerVariable = slotCount(record);
         for (const int32_t v : request.variables) {
-            if (const char* text = kindCellText(record.kind)) {
-                writeTableCell(out, text);
-                continue;
+            for (const int32_t slot : slots) {
+                if (const char* text = kindCellText(record.kind)) {
+                    writeTableCell(out, text);
+                    continue;
+                }
+                const std::size_t at = static_cast<std::size_t>(v) * static_cast<std::size_t>(slotsPerVariable) +
+                                       static_cast<std::size_t>(slot);
+                if (v < 0 || slot < 0 || slot >= slotsPerVariable || at >= record.values.size()) {
+                    writeTableCell(out, "");
+                    continue;
+                }
+                writeTableCell(out, formatIndexValue(record.values[at]), marked && marked(*this, r, v));
             }
-            const std::size_t at = static_cast<std::size_t>(v) * static_cast<std::size_t>(slots) +
-                                   static_cast<std::size_t>(slot);
-            if (v < 0 || slot >= slots || at >= record.values.size()) {
-                writeTableCell(out, "");
-                continue;
-            }
-            writeTableCell(out, formatIndexValue(record.values[at]), marked && marked(*this, r, v));
         }
         out << '\n';
     }

@@ -31,6 +31,10 @@ inline constexpr const char* kIndexesYesText = "indexes = yes";
 inline constexpr const char* kIndexesNoText = "indexes = no";
 // Between a record's numbers.
 inline constexpr const char* kSlotSeparator = "\t \t";
+// compute() when variableCount does not fit the output table: "%d" the
+// table's columns, then variableCount.
+inline constexpr const char* kVariablesOutsideTableFormat =
+    "The output table holds %d variables; %d are to be analysed.";
 
 class SensitivityStats {
 public:
@@ -74,6 +78,10 @@ protected:
     SensitivityStats(const SensitivityStats&) = default;
     SensitivityStats& operator=(const SensitivityStats&) = default;
 
+    // Whether variableCount lies between 0 and the table's column count; if
+    // not, errorText says so and compute must fail.
+    [[nodiscard]] bool variablesFit(const OutputTable& outputs);
+
     // Header lines after typeId; by default factorCount and variableCount.
     virtual void writeHeader(std::ostream& out) const;
     virtual void readHeader(std::istream& in);
@@ -96,9 +104,17 @@ protected:
     using CellMark = bool (*)(const SensitivityStats& stats, int32_t record, int32_t variable);
     void writeSheet(std::ostream& out, const ResultTableRequest& request, int32_t slot,
                     CellMark marked = nullptr) const;
+    // A sheet of several slots side by side: per shown variable one column
+    // per slot. The first row names each variable over its first column,
+    // the second heads the columns by `headings` (one per slot), then a row
+    // per shown record.
+    void writeSheet(std::ostream& out, const ResultTableRequest& request, const std::vector<int32_t>& slots,
+                    const std::vector<std::string>& headings) const;
 
 private:
     [[nodiscard]] bool readRecord(std::istream& in, IndexRecord& record) const;
+    void writeSheetRows(std::ostream& out, const ResultTableRequest& request, const std::vector<int32_t>& slots,
+                        CellMark marked) const;
 };
 
 }  // namespace tarvex

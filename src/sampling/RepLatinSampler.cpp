@@ -1,5 +1,6 @@
 #include "sampling/RepLatinSampler.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <istream>
 #include <limits>
@@ -139,6 +140,11 @@ const int32_t* RepLatinSampler::runOf(int32_t factor, int32_t valueRank) const {
     if (runTable_.empty() || factor < 0 || factor >= tableFactors_ || valueRank < 0 || valueRank >= tableRanks_)
         return nullptr;
     return runTable_.data() + (size_t(factor) * size_t(tableRanks_) + size_t(valueRank)) * size_t(tableReplicates_);
+}
+
+bool RepLatinSampler::runListsAvailable() const {
+    return !runTable_.empty() && tableFactors_ == numFactors_ && tableRanks_ == baseDesign_ &&
+           tableReplicates_ == replications_;
 }
 
 void RepLatinSampler::rankPlaced(int32_t factor, int32_t rank, int32_t row) {
@@ -376,7 +382,12 @@ void RepLatinSampler::readItems(std::istream& in) {
     baseDesign_ = m;
     replications_ = r;
     elements_.swap(elements);
-    if (r >= 1) {
+    // The writer puts zeros where there was no table. In a design of more
+    // than one run a stochastic factor's lists name every run of a
+    // replicate once, so a real table is never all zeros: such a block reads
+    // as none.
+    const bool onlyZeros = std::all_of(table.begin(), table.end(), [](int32_t run) { return run == 0; });
+    if (r >= 1 && !(onlyZeros && int64_t(m) * r > 1)) {
         runTable_.swap(table);
         tableFactors_ = factors;
         tableRanks_ = m;

@@ -79,6 +79,10 @@ public:
     // one per replicate; null when there is no run table or the pair is
     // outside it.
     const int32_t* runOf(int32_t factor, int32_t valueRank) const;
+    // Whether the run lists belong to this design: a run table made (or
+    // read) with the present factor count, base design and replications.
+    // Without it the importance measures have nothing to compare.
+    bool runListsAvailable() const;
 
 protected:
     void writeItems(std::ostream& out) const override;

@@ -204,7 +204,7 @@ TEST_F(PostprocessorFile, ReaderRulesOnStatisticsBlocks) {
     // -1 and any typeId without a class: no object, the uncertainty block next.
     ASSERT_TRUE(readVels(head + "-1\n" + uaEmpty, back));
     EXPECT_EQ(back.sensitivity, nullptr);
-    ASSERT_TRUE(readVels(head + "3\n" + uaEmpty, back));
+    ASSERT_TRUE(readVels(head + "5\n" + uaEmpty, back));
     EXPECT_EQ(back.sensitivity, nullptr);
     // "indexes = no", or anything but the exact "indexes = yes": an empty,
     // uncomputed object, and reading goes on.

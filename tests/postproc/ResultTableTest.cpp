@@ -1,6 +1,8 @@
 // The "Save table" cells and the standard sheet every class writes.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <sstream>
 
 #include "TestStats.h"
@@ -16,6 +18,8 @@ TEST(ResultTable, CellsSwitchToShortFormOutsideTheReadableRange) {
     EXPECT_EQ(formatIndexValue(0.0009), " 0.0009");
     EXPECT_EQ(formatIndexValue(12345.0), "1.23e+04");
     EXPECT_EQ(formatIndexValue(0.0), "      0");
+    EXPECT_EQ(formatIndexValue(-std::nan("")), "    nan");
+    EXPECT_EQ(formatIndexValue(-std::numeric_limits<double>::infinity()), "   -inf");
 
     std::ostringstream out;
     writeTableCell(out, "PEAR");

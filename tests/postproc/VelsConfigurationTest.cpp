@@ -92,6 +92,7 @@ TEST(VelsConfiguration, SensitivityClassByMethodDeepCopiesAndSlots) {
         EXPECT_EQ(stats.slotValues(0, 2, values), 0);
     }
     // Without its class, the method creates nothing and drops the old object.
+    ScopedSensitivityClass none(1, nullptr);
     vels.prepareSensitivity(kMorrisMethod);
     EXPECT_EQ(vels.sensitivity, nullptr);
 }

@@ -205,6 +205,33 @@ TEST(RepLatinSampler, SectionAndSampleFileRoundTrip) {
     ASSERT_EQ(back.readSampleFile(dir.file("rep.sam")), 1);
     ASSERT_EQ(back.writeSampleFile(dir.file("again.sam")), 1);
     EXPECT_EQ(readFile(dir.file("again.sam")), readFile(dir.file("rep.sam")));
+    EXPECT_TRUE(s.runListsAvailable());
+    EXPECT_TRUE(dynamic_cast<const RepLatinSampler&>(*back.sampler).runListsAvailable());
+
+    // The zeros written for a missing table read back as no table, so the
+    // importance measures are not computed from run lists that never were;
+    // in a design of one run the lists are all zeros by right.
+    {
+        RepLatinSampler none;
+        ASSERT_EQ(none.setNumFactors(3), 1);
+        ASSERT_EQ(none.setBaseDesign(2), 1);
+        (void)none.setReplications(2);
+        std::ostringstream zeros;
+        none.writeSection(zeros);
+        RepLatinSampler r;
+        std::istringstream in(zeros.str().substr(std::string("6\nReplicated Latin Hypercube\n").size()));
+        r.readItems(in);
+        ASSERT_TRUE(in);
+        EXPECT_FALSE(r.runListsAvailable());
+        EXPECT_EQ(r.runOf(0, 0), nullptr);
+        std::istringstream one("5\n1\n1\n0\n1\n1\n0\ta\n0\t\n");
+        r.readItems(one);
+        ASSERT_TRUE(one);
+        EXPECT_TRUE(r.runListsAvailable());
+        // A design changed since its generation has no lists of its own.
+        EXPECT_EQ(s.setBaseDesign(3), 1);
+        EXPECT_FALSE(s.runListsAvailable());
+    }
     Environment::instance().directories().clear(RememberedDirectories::Prep);
 
     const std::string items = out.str().substr(std::string("6\nReplicated Latin Hypercube\n").size());
