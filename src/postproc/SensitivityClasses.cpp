@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "postproc/RegressionStats.h"
 #include "sampling/Sampler.h"
 
 namespace tarvex {
@@ -20,6 +21,7 @@ std::unique_ptr<SensitivityStats> make() {
 std::array<SensitivityFactory, kTypeCount>& factories() {
     static std::array<SensitivityFactory, kTypeCount> table = [] {
         std::array<SensitivityFactory, kTypeCount> t{};
+        t[0] = &make<RegressionStats>;
         return t;
     }();
     return table;
