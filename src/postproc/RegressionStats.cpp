@@ -39,10 +39,12 @@ std::size_t at(int32_t variable, int32_t slot) {
     return static_cast<std::size_t>(variable) * RegressionStats::kSlots + static_cast<std::size_t>(slot);
 }
 
-// Sum of products of two columns. Four running sums over the rows by their
-// position modulo 4, added in a fixed order: every pair is summed the same
-// way, so a column and its exact negative give sums of exactly opposite sign,
-// and a correlation of exactly -1 reaches the inversion as such.
+// Rows per block of the cross products: the centred block of every column
+// stays in the first-level caches while all pairs are summed over it.
+constexpr int64_t kBlockRows = 256;
+
+// Sum of products of two short columns: four running sums by position
+// modulo 4, added in a fixed order.
 double crossProduct(const double* a, const double* b, int64_t n) {
     double s0 = 0.0, s1 = 0.0, s2 = 0.0, s3 = 0.0;
     int64_t r = 0;
@@ -58,40 +60,56 @@ double crossProduct(const double* a, const double* b, int64_t n) {
 
 // Means (over N) and standard deviations (over N - 1) of the columns of a
 // table of `rows` rows held column after column, and the correlation matrix
-// of the columns: the sum of products of deviations over (N - 1) s_i s_j,
-// 0.0 where either s is exactly 0.0, 1.0 on the diagonal. The quotient is
-// taken as S_ij / sqrt(S_ii S_jj), which is the same number but keeps an
-// exact copy (or negative copy) of a column at exactly 1 (or -1).
-std::vector<double> correlate(const std::vector<double>& table, int32_t rows, int32_t columns,
-                              std::vector<Moments>& moments) {
+// of the columns, row after row: the sum of products of deviations over
+// (N - 1) s_i s_j, 0.0 where either s is exactly 0.0, 1.0 on the diagonal.
+//
+// Every pair is summed in the same order (block after block, each block by
+// crossProduct), so a column and its exact negative give sums of exactly
+// opposite sign; and the quotient is taken as S_ij / sqrt(S_ii S_jj), the
+// same number as the formula above but exactly 1 or -1 for an exact copy or
+// negative copy of a column. A factor that mirrors another then reaches the
+// inversion as an exactly singular matrix.
+template <class Value>
+std::vector<double> correlate(const Value* table, int32_t rows, int32_t columns, std::vector<Moments>& moments) {
     const auto n = static_cast<std::size_t>(rows);
     const auto c = static_cast<std::size_t>(columns);
-    std::vector<double> centred(n * c);
-    std::vector<double> squares(c);
+    std::vector<double> means(c);
     for (std::size_t j = 0; j < c; ++j) {
-        const double* x = table.data() + j * n;
+        const Value* x = table + j * n;
         double sum = 0.0;
-        for (std::size_t r = 0; r < n; ++r) sum += x[r];
-        const double mean = sum / static_cast<double>(rows);
-        double* d = centred.data() + j * n;
-        for (std::size_t r = 0; r < n; ++r) d[r] = x[r] - mean;
-        squares[j] = crossProduct(d, d, rows);
-        moments[j] = {mean, std::sqrt(squares[j] / static_cast<double>(rows - 1))};
+        for (std::size_t r = 0; r < n; ++r) sum += static_cast<double>(x[r]);
+        means[j] = sum / static_cast<double>(rows);
     }
-    std::vector<double> result(c * c, 0.0);
-    parallelFor(columns, 2, [&](int64_t first, int64_t last) {
-        for (auto i = static_cast<std::size_t>(first); i < static_cast<std::size_t>(last); ++i) {
-            result[i * c + i] = 1.0;
-            for (std::size_t j = 0; j < i; ++j) {
-                if (moments[i].sd == 0.0 || moments[j].sd == 0.0) continue;
-                const double s = crossProduct(centred.data() + i * n, centred.data() + j * n, rows);
-                double scale = std::sqrt(squares[i] * squares[j]);
-                // A product beyond the range of doubles: the roots apart.
-                if (!(scale > 0.0) || std::isinf(scale)) scale = std::sqrt(squares[i]) * std::sqrt(squares[j]);
-                result[i * c + j] = result[j * c + i] = s / scale;
-            }
+    // Lower triangle of the sums of products, row after row.
+    std::vector<double> sums(c * c, 0.0);
+    std::vector<double> block(c * static_cast<std::size_t>(kBlockRows));
+    for (std::size_t first = 0; first < n; first += kBlockRows) {
+        const std::size_t length = std::min<std::size_t>(kBlockRows, n - first);
+        for (std::size_t j = 0; j < c; ++j) {
+            const Value* x = table + j * n + first;
+            double* d = block.data() + j * kBlockRows;
+            for (std::size_t r = 0; r < length; ++r) d[r] = static_cast<double>(x[r]) - means[j];
         }
-    });
+        for (std::size_t i = 0; i < c; ++i)
+            for (std::size_t j = 0; j <= i; ++j)
+                sums[i * c + j] += crossProduct(block.data() + i * kBlockRows, block.data() + j * kBlockRows,
+                                                static_cast<int64_t>(length));
+    }
+    for (std::size_t j = 0; j < c; ++j)
+        moments[j] = {means[j], std::sqrt(sums[j * c + j] / static_cast<double>(rows - 1))};
+
+    std::vector<double> result(c * c, 0.0);
+    for (std::size_t i = 0; i < c; ++i) {
+        result[i * c + i] = 1.0;
+        for (std::size_t j = 0; j < i; ++j) {
+            if (moments[i].sd == 0.0 || moments[j].sd == 0.0) continue;
+            const double sii = sums[i * c + i], sjj = sums[j * c + j];
+            double scale = std::sqrt(sii * sjj);
+            // A product beyond the range of doubles: the roots apart.
+            if (!(scale > 0.0) || std::isinf(scale)) scale = std::sqrt(sii) * std::sqrt(sjj);
+            result[i * c + j] = result[j * c + i] = sums[i * c + j] / scale;
+        }
+    }
     return result;
 }
 
@@ -172,9 +190,10 @@ int RegressionStats::compute(PrepConfiguration& configuration, OutputTable& outp
     }
 
     // Factors then variables, column after column.
-    std::vector<double> table(n * static_cast<std::size_t>(columns));
+    // Left uninitialised: every value is read in before use.
+    const std::unique_ptr<double[]> table(new double[n * static_cast<std::size_t>(columns)]);
     for (int32_t c = 0; c < columns; ++c) {
-        double* column = table.data() + static_cast<std::size_t>(c) * n;
+        double* column = table.get() + static_cast<std::size_t>(c) * n;
         sampValues& source = c < nf ? store : outputs;
         const int32_t from = c < nf ? c : c - nf;
         for (int32_t r = 0; r < runs; ++r) {
@@ -186,7 +205,7 @@ int RegressionStats::compute(PrepConfiguration& configuration, OutputTable& outp
         }
     }
 
-    const std::vector<double> raw = correlate(table, runs, columns, factorMoments);
+    const std::vector<double> raw = correlate(table.get(), runs, columns, factorMoments);
     correlation = raw;
     const auto width = static_cast<std::size_t>(columns);
     for (int32_t i = 0; i < nf; ++i)
@@ -247,7 +266,7 @@ int RegressionStats::compute(PrepConfiguration& configuration, OutputTable& outp
         srrcErrors_.assign(static_cast<std::size_t>(nv), 0.0);
         std::vector<double> prediction(n);
         for (int32_t v = 0; v < nv; ++v) {
-            const double* y = table.data() + static_cast<std::size_t>(nf + v) * n;
+            const double* y = table.get() + static_cast<std::size_t>(nf + v) * n;
             for (const auto& [slot, moments, errors] :
                  {std::tuple{kSrc, &factorMoments, &srcErrors_}, std::tuple{kSrrc, &rankMoments, &srrcErrors_}}) {
                 std::fill(prediction.begin(), prediction.end(), 0.0);
@@ -255,7 +274,7 @@ int RegressionStats::compute(PrepConfiguration& configuration, OutputTable& outp
                 for (const int32_t j : active) {
                     const double coefficient = sv * records[static_cast<std::size_t>(j)].values[at(v, slot)] /
                                                (*moments)[static_cast<std::size_t>(j)].sd;
-                    const double* x = table.data() + static_cast<std::size_t>(j) * n;
+                    const double* x = table.get() + static_cast<std::size_t>(j) * n;
                     for (std::size_t r = 0; r < n; ++r) prediction[r] += coefficient * x[r];
                 }
                 double e = 0.0;
@@ -283,16 +302,13 @@ int RegressionStats::compute(PrepConfiguration& configuration, OutputTable& outp
 
     // Rank tables: position in the column's ascending order plus 1, equal
     // values in run order.
-    std::vector<int32_t> ranks(n * width);
-    std::vector<double> rankTable(n * width);
+    const std::unique_ptr<int32_t[]> ranks(new int32_t[n * width]);
     for (std::size_t c = 0; c < width; ++c) {
-        int32_t* column = ranks.data() + c * n;
-        rankPositions(table.data() + c * n, runs, column);
-        double* values = rankTable.data() + c * n;
-        for (std::size_t r = 0; r < n; ++r) values[r] = static_cast<double>(++column[r]);
+        int32_t* column = ranks.get() + c * n;
+        rankPositions(table.get() + c * n, runs, column);
+        for (std::size_t r = 0; r < n; ++r) ++column[r];
     }
-    const std::vector<double> ranked = correlate(rankTable, runs, columns, rankMoments);
-    rankTable = {};
+    const std::vector<double> ranked = correlate(ranks.get(), runs, columns, rankMoments);
     for (int32_t p = 0; p < k; ++p)
         for (int32_t q = 0; q < k; ++q)
             a(p, q) = ranked[static_cast<std::size_t>(active[static_cast<std::size_t>(p)]) * width +
@@ -304,13 +320,19 @@ int RegressionStats::compute(PrepConfiguration& configuration, OutputTable& outp
         }
     }
 
-    SmirnovStatistic smirnov(runs);
-    for (int32_t v = 0; v < nv; ++v) {
-        const int32_t* outputRanks = ranks.data() + static_cast<std::size_t>(nf + v) * n;
-        for (const int32_t j : active)
+    // Each (variable, factor) pair on its own: the pairs share nothing they
+    // write, so they may run on several processors.
+    const int64_t pairs = int64_t{nv} * k;
+    parallelFor(pairs, 4, [&](int64_t first, int64_t last) {
+        SmirnovStatistic smirnov(runs);
+        for (int64_t pair = first; pair < last; ++pair) {
+            const auto v = static_cast<int32_t>(pair / k);
+            const int32_t j = active[static_cast<std::size_t>(pair % k)];
             records[static_cast<std::size_t>(j)].values[at(v, kSmirnov)] =
-                smirnov.distance(ranks.data() + static_cast<std::size_t>(j) * n, outputRanks);
-    }
+                smirnov.distance(ranks.get() + static_cast<std::size_t>(j) * n,
+                                 ranks.get() + static_cast<std::size_t>(nf + v) * n);
+        }
+    });
     return finish();
 }
 
