@@ -4,6 +4,7 @@
 
 #include "postproc/ImportanceStats.h"
 #include "postproc/MorrisStats.h"
+#include "postproc/RegressionStats.h"
 #include "sampling/Sampler.h"
 
 namespace tarvex {
@@ -22,6 +23,7 @@ std::unique_ptr<SensitivityStats> make() {
 std::array<SensitivityFactory, kTypeCount>& factories() {
     static std::array<SensitivityFactory, kTypeCount> table = [] {
         std::array<SensitivityFactory, kTypeCount> t{};
+        t[0] = &make<RegressionStats>;
         t[1] = &make<MorrisStats>;
         t[3] = &make<ImportanceStats>;
         return t;
