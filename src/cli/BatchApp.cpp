@@ -49,7 +49,10 @@ int runBatch(int argc, const char* const* argv, Console& console) {
         return app.exit(e, console.out, console.err);
     } catch (const CLI::ParseError& e) {
         const auto parsed = app.get_subcommands();
-        reportUsage(console, app, parsed.empty() ? nullptr : parsed.back(), e.what());
+        // CLI11 only says that a subcommand is required; name the word it took for one.
+        std::string message = e.what();
+        if (parsed.empty() && argc > 1 && argv[1][0] != '-') message = std::string("Unknown subcommand: ") + argv[1];
+        reportUsage(console, app, parsed.empty() ? nullptr : parsed.back(), message);
         return kExitUsage;
     }
 
