@@ -26,8 +26,12 @@ namespace tarvex::cli {
 
 namespace {
 
+// The path as it stands when it cannot be made absolute (a current
+// directory that was removed): the reader then reports it.
 std::string absolutePath(const std::string& path) {
-    return path.empty() ? path : std::filesystem::absolute(path).string();
+    std::error_code ec;
+    const std::filesystem::path made = path.empty() ? std::filesystem::path() : std::filesystem::absolute(path, ec);
+    return ec || path.empty() ? path : made.string();
 }
 
 // The saved table of the uncertainty panel for every variable, one after the
@@ -192,7 +196,8 @@ CommandOutcome AnalyseCommand::analyse(Console& console, AnalysisInput& input, c
                               {"uncertainty", uaJson(ua)},
                               {"sensitivity", nullptr}};
         if (stats) result["sensitivity"] = sensitivityJson(*stats, layout->title, columns, entries);
-        console.out << result.dump(2) << '\n';
+        // Names come from files: bytes that are no UTF-8 are replaced, not fatal.
+        console.out << result.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
     } else {
         writeUaText(console.out, ua);
         if (stats) {

@@ -64,7 +64,9 @@ CommandOutcome SampleCommand::run(Console& console) {
     if (!fastMode_.empty()) settings_.fastMode = fastModeOf(fastMode_);
 
     // Paths are fixed before any reader can move the current directory.
-    const std::string output = std::filesystem::absolute(sampleFile_).string();
+    std::error_code ec;
+    const std::filesystem::path absolute = std::filesystem::absolute(sampleFile_, ec);
+    const std::string output = ec ? sampleFile_ : absolute.string();
 
     PrepConfiguration prep;
     std::string error;
@@ -96,7 +98,7 @@ CommandOutcome SampleCommand::run(Console& console) {
                               {"rows", prep.samples.rowCount()},
                               {"factors", prep.factors.factorCount()},
                               {"warning", generated.warningText}};
-        console.out << result.dump(2) << '\n';
+        console.out << result.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
     } else {
         console.out << "Generated samples: " << prep.sampler->numSamples() << '\n'
                     << "Sample file: " << output << '\n';

@@ -110,14 +110,14 @@ CommandOutcome morris(MorrisSampler& sampler, const SamplerSettings& s, const Fa
 
 // "NAME=a,b,c": a group of stochastic factors that no other group holds.
 CommandOutcome fastGroups(FastSampler& sampler, const SamplerSettings& s, const FactorList& factors) {
-    for (const std::string& spec : s.groups) {
-        const std::size_t eq = spec.find('=');
-        if (eq == std::string::npos) return CommandOutcome::usage("--group takes NAME=FACTOR,FACTOR,...: " + spec);
-        const std::string name = spec.substr(0, eq);
+    for (const std::string& group : s.groups) {
+        const std::size_t eq = group.find('=');
+        if (eq == std::string::npos) return CommandOutcome::usage("--group takes NAME=FACTOR,FACTOR,...: " + group);
+        const std::string name = group.substr(0, eq);
         const auto& known = sampler.groupNames();
         if (name.empty() || std::find(known.begin(), known.end(), name) != known.end() || !sampler.addGroup(name))
             return CommandOutcome::usage(kInvalidNameText);
-        std::stringstream members(spec.substr(eq + 1));
+        std::stringstream members(group.substr(eq + 1));
         std::string member;
         while (std::getline(members, member, ',')) {
             if (member.empty()) continue;

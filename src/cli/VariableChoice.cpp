@@ -39,8 +39,10 @@ CommandOutcome oneVariable(const VariableRequest& request, const ModelConfigurat
     case VariableRequest::kVariable: {
         OutputReference reference;
         if (!parseReference(request.text, outputs, reference)) {
-            const std::size_t bracket = request.text.find('[');
-            return CommandOutcome::usage(unknownOutput(request.text.substr(0, bracket), outputs));
+            // An output with something in brackets that is neither "max" nor a time.
+            const std::string name = request.text.substr(0, request.text.find('['));
+            if (name != request.text && isOutput(name, outputs)) return CommandOutcome::usage(kWrongValueText);
+            return CommandOutcome::usage(unknownOutput(name, outputs));
         }
         if (reference.kind == OutputReference::kAtTime) {
             const std::size_t open = request.text.rfind('[');

@@ -134,6 +134,7 @@ TEST(AnalyseCommand, BadSelectionsAndFilesGiveTheirMessages) {
     } cases[] = {
         {{"--at", "Y=5"}, 2, "tarvex-batch: error: Wrong value\n"},  // the runs have time 0 only
         {{"--var", "Y[1]"}, 2, "tarvex-batch: error: Wrong value\n"},
+        {{"--var", "Y[soon]"}, 2, "tarvex-batch: error: Wrong value\n"},
         {{"--times", "Y=0:0:0"}, 2, "tarvex-batch: error: Wrong interval value\n"},
         {{"--expr", "Y + (Z"}, 2, "tarvex-batch: error:    Expression can't be evaluated.\n"},
         {{"--var", "Q"}, 2, "tarvex-batch: error: No output named \"Q\"; the outputs are: Y Z\n"},

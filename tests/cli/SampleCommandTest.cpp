@@ -161,6 +161,14 @@ TEST(SampleCommand, JsonResultAndProgressOnTheErrorStream) {
     EXPECT_EQ(run.err.rfind("Generating Morris: 0%\nGenerating Morris: 10%\n", 0), 0u) << run.err;
     EXPECT_TRUE(run.err.ends_with("0%\nGenerating Morris: 100%\n")) << run.err;
     EXPECT_EQ(run.err.find('\r'), std::string::npos);
+
+    // A file name that is no UTF-8 (Latin-1 here) is replaced in the JSON
+    // text, which stays valid, rather than ending the program.
+    const BatchRun latin1 = runInProcess({"sample", writeFactorFile(dir), "-o", dir.file("caf\xe9.sam"), "-m",
+                                          "random", "-n", "4", "--json", "-q"});
+    ASSERT_EQ(latin1.status, 0) << latin1.err;
+    EXPECT_TRUE(std::filesystem::exists(dir.file("caf\xe9.sam")));
+    EXPECT_EQ(nlohmann::json::parse(latin1.out)["sampleFile"], dir.file("caf\xef\xbf\xbd.sam"));
 }
 
 }  // namespace
