@@ -7,7 +7,7 @@ set -euo pipefail
 PACKAGES=(
   g++ cmake ninja-build ccache pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
-  libboost-math-dev libeigen3-dev libcli11-dev
+  libboost-math-dev libeigen3-dev libcli11-dev nlohmann-json3-dev
   qt6-base-dev qt6-tools-dev qt6-tools-dev-tools libqt6opengl6-dev libgl-dev libxcb1-dev
   libcairo2-dev
   fonts-dejavu-core xvfb xauth
