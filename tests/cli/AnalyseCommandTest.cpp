@@ -77,12 +77,10 @@ TEST(AnalyseCommand, UncertaintyOfOutputsAndExpressionsMatchesTheSample) {
     const BatchRun run = runInProcess({"analyse", spc, "--var", "Y", "--expr", "Y / Z", "--max", "Z",
                                        "--confidence", "0.95", "--json"});
     ASSERT_EQ(run.status, 0) << run.err;
-    EXPECT_EQ(run.err, "tarvex-batch: no sensitivity class is available for the Latin Hypercube method: "
-                       "uncertainty analysis only\n");
+    EXPECT_EQ(run.err, "");
     const nlohmann::json result = nlohmann::json::parse(run.out);
     EXPECT_EQ(result["variables"], (std::vector<std::string>{"Y", "Y / Z", "Z[max]"}));
     EXPECT_EQ(result["method"], "Latin Hypercube");
-    EXPECT_TRUE(result["sensitivity"].is_null());
     EXPECT_EQ(result["uncertainty"]["runs"], kRuns);
 
     std::vector<double> y, ratio, z;
@@ -109,6 +107,33 @@ TEST(AnalyseCommand, UncertaintyOfOutputsAndExpressionsMatchesTheSample) {
         // (1.697 + 1.684) / 2.
         EXPECT_NEAR(got["Tcheb"].get<double>(), std::sqrt(20.0) * m.std / std::sqrt(40.0), tol) << v;
         EXPECT_NEAR(got["TTest"].get<double>(), 1.6905 * m.std / std::sqrt(40.0), tol) << v;
+    }
+
+    // Y = a + 2 b is linear, so its standardized regression coefficients are
+    // the coefficients times the factors' spreads over the output's (N - 1
+    // divisors cancel); the constant k shows as such.
+    const nlohmann::json& records = result["sensitivity"]["variables"][0]["records"];
+    ASSERT_EQ(records.size(), 3u);
+    std::vector<double> ga, gb;
+    for (int32_t i = 0; i < kRuns; ++i) ga.push_back(g6(a[size_t(i)])), gb.push_back(g6(b[size_t(i)]));
+    const double sy = momentsOf(y).std;
+    EXPECT_NEAR(records[0]["values"]["SRC"].get<double>(), momentsOf(ga).std / sy, 1e-4);
+    EXPECT_NEAR(records[1]["values"]["SRC"].get<double>(), 2 * momentsOf(gb).std / sy, 1e-4);
+    EXPECT_EQ(records[2]["note"], "Constant");
+
+    // A method whose class is missing still gets its uncertainty analysis.
+    {
+        const ScopedSensitivityClass none(0, nullptr);
+        const BatchRun bare = runInProcess({"analyse", spc, "--var", "Y", "--json"});
+        ASSERT_EQ(bare.status, 0) << bare.err;
+        EXPECT_EQ(bare.err, "tarvex-batch: no sensitivity class is available for the Latin Hypercube method: "
+                            "uncertainty analysis only\n");
+        EXPECT_TRUE(nlohmann::json::parse(bare.out)["sensitivity"].is_null());
+        const BatchRun table = runInProcess({"analyse", spc, "--var", "Y", "--sa-table", dir.file("sa.txt")});
+        EXPECT_EQ(table.status, 1);
+        EXPECT_NE(table.err.find("tarvex-batch: No sensitivity table to write: no sensitivity measures were computed\n"),
+                  std::string::npos);
+        EXPECT_FALSE(std::filesystem::exists(dir.file("sa.txt")));
     }
 
     // Without variables the file's own selection is analysed; the table
@@ -140,9 +165,6 @@ TEST(AnalyseCommand, BadSelectionsAndFilesGiveTheirMessages) {
         {{"--var", "Q"}, 2, "tarvex-batch: error: No output named \"Q\"; the outputs are: Y Z\n"},
         {{"--var", "Y", "--measure", "PEAR", "--no-sensitivity"}, 2,
          "tarvex-batch: error: --no-sensitivity contradicts --sa-table and --measure\n"},
-        {{"--var", "Y", "--sa-table", dir.file("sa.txt")}, 1,
-         "tarvex-batch: no sensitivity class is available for the Latin Hypercube method: uncertainty analysis only\n"
-         "tarvex-batch: No sensitivity table to write: no sensitivity measures were computed\n"},
     };
     for (const auto& c : cases) {
         std::vector<std::string> args{"analyse", spc};
@@ -154,7 +176,6 @@ TEST(AnalyseCommand, BadSelectionsAndFilesGiveTheirMessages) {
             EXPECT_NE(run.err.find("Usage: tarvex-batch analyse [OPTIONS] input\n"), std::string::npos);
         }
     }
-    EXPECT_FALSE(std::filesystem::exists(dir.file("sa.txt")));
 
     writeFile(dir.file("broken.spc"), "0\nnot a sample store\n");
     const BatchRun broken = runInProcess({"analyse", dir.file("broken.spc")});
