@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "postproc/FastStats.h"
+#include "postproc/SobolStats.h"
 #include "sampling/Sampler.h"
 
 namespace tarvex {
@@ -20,6 +22,8 @@ std::unique_ptr<SensitivityStats> make() {
 std::array<SensitivityFactory, kTypeCount>& factories() {
     static std::array<SensitivityFactory, kTypeCount> table = [] {
         std::array<SensitivityFactory, kTypeCount> t{};
+        t[2] = &make<FastStats>;
+        t[4] = &make<SobolStats>;
         return t;
     }();
     return table;
