@@ -53,7 +53,7 @@ bool prepare(Case& c, int32_t k, std::unique_ptr<tarvex::Sampler> sampler) {
     c.prep.sampler = std::move(sampler);
     if (tarvex::runGeneration(c.prep, nullptr).result != tarvex::kGenerationDone) return false;
     if (!c.table.allocate(1)) return false;
-    std::vector<double> x(size_t(k));
+    std::vector<double> x(static_cast<size_t>(k));
     for (int32_t r = 0; r < c.prep.samples.rowCount(); ++r) {
         if (!c.prep.samples.getRow(r, x.data())) return false;
         const double y = gFunction(x.data(), k);

@@ -22,6 +22,10 @@ namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
+// Tables up to this many values of the analysed variables are read once
+// and kept (32 MB); larger ones are read twice, for m and then by blocks.
+constexpr int64_t kKeptValues = int64_t(1) << 22;
+
 // What the analysis reads of the table: the working record of every
 // variable and the centred base blocks, and one further block at a time.
 class SobolBlocks {
@@ -36,11 +40,18 @@ public:
     bool open() {
         std::vector<double> sum(size_t(variables_), 0.0);
         const int32_t rows = outputs_.rowCount();
+        const size_t width = size_t(variables_);
+        if (int64_t(rows) * variables_ <= kKeptValues) kept_.reset(new double[size_t(rows) * width]);
+        // With every column analysed, rows go straight to where they are kept.
+        const bool direct = kept_ && variables_ == outputs_.columnCount();
         for (int32_t p = 0; p < rows; ++p) {
-            if (!outputs_.row(p, row_.data())) return false;
-            for (size_t v = 0; v < sum.size(); ++v) sum[v] += row_[v];
+            double* y = direct ? kept_.get() + size_t(p) * width : row_.data();
+            if (!outputs_.row(p, y)) return false;
+            for (size_t v = 0; v < width; ++v) sum[v] += y[v];
+            if (kept_ && !direct)
+                for (size_t v = 0; v < width; ++v) kept_[size_t(p) * width + v] = y[v];
         }
-        for (size_t v = 0; v < sum.size(); ++v) m[v] = sum[v] / rows;
+        for (size_t v = 0; v < width; ++v) m[v] = sum[v] / rows;
         if (!read(0, dA) || !read(1, dB)) return false;
         const double b = base_;
         for (int32_t v = 0; v < variables_; ++v) {
@@ -71,13 +82,19 @@ public:
     // Block `block` as y - m, variable after variable, into dJ.
     bool readBlock(int64_t block) { return read(block, dJ); }
 
-    // Sums over the runs of a block of the products of two centred blocks.
-    double dot(const std::vector<double>& x, const std::vector<double>& y, int32_t v) const {
-        const double* a = column(x, v);
-        const double* b = column(y, v);
-        double s = 0.0;
-        for (int32_t r = 0; r < base_; ++r) s += a[r] * b[r];
-        return s;
+    // For variable v, the sums over the runs of the block read last of
+    // (yJ - m)(yA - m) and of (yJ - m)(yB - m).
+    void products(int32_t v, double& withA, double& withB) const {
+        const double* a = column(dA, v);
+        const double* b = column(dB, v);
+        const double* j = column(dJ, v);
+        double sa = 0.0, sb = 0.0;
+        for (int32_t r = 0; r < base_; ++r) {
+            sa += j[r] * a[r];
+            sb += j[r] * b[r];
+        }
+        withA = sa;
+        withB = sb;
     }
 
     const std::string& storeError() const { return outputs_.errorText(); }
@@ -90,9 +107,13 @@ private:
         out.resize(size_t(variables_) * size_t(base_));
         const int64_t first = block * base_;
         for (int32_t r = 0; r < base_; ++r) {
-            if (!outputs_.row(int32_t(first + r), row_.data())) return false;
+            const double* y = row_.data();
+            if (kept_)
+                y = kept_.get() + size_t(first + r) * size_t(variables_);
+            else if (!outputs_.row(int32_t(first + r), row_.data()))
+                return false;
             for (int32_t v = 0; v < variables_; ++v)
-                out[size_t(v) * size_t(base_) + size_t(r)] = row_[size_t(v)] - m[size_t(v)];
+                out[size_t(v) * size_t(base_) + size_t(r)] = y[size_t(v)] - m[size_t(v)];
         }
         return true;
     }
@@ -101,6 +122,7 @@ private:
     int32_t variables_;
     int32_t base_;
     std::vector<double> row_;
+    std::unique_ptr<double[]> kept_;  // the analysed columns, run after run, when small enough
 
 public:
     std::vector<double> m, aA, vA, aB, vB, c;
@@ -130,8 +152,8 @@ void firstAndTotal(SobolBlocks& blocks, std::vector<IndexRecord>& records, int32
         }
         for (int32_t v = 0; v < variables; ++v) {
             const size_t i = size_t(v);
-            const double p = blocks.dot(blocks.dA, blocks.dJ, v);
-            const double q = blocks.dot(blocks.dB, blocks.dJ, v);
+            double p = 0.0, q = 0.0;
+            blocks.products(v, p, q);
             double* slot = &record.values[2 * i];
             slot[0] = blocks.vA[i] != 0.0 ? (p - blocks.c[i]) / (b * blocks.vA[i]) : 0.0;
             slot[1] = blocks.vB[i] != 0.0 ? 1.0 - (q / b - blocks.aB[i] * blocks.aB[i]) / blocks.vB[i] : 0.0;
@@ -151,8 +173,8 @@ void firstAndTotal(SobolBlocks& blocks, std::vector<IndexRecord>& records, int32
         }
         for (int32_t v = 0; v < variables; ++v) {
             const size_t i = size_t(v);
-            const double p = blocks.dot(blocks.dB, blocks.dJ, v);
-            const double q = blocks.dot(blocks.dA, blocks.dJ, v);
+            double p = 0.0, q = 0.0;
+            blocks.products(v, q, p);
             double* slot = &record.values[2 * i];
             if (blocks.vA[i] != 0.0) slot[0] = (slot[0] + (p - blocks.c[i]) / (b * blocks.vB[i])) * 0.5;
             if (blocks.vB[i] != 0.0)
@@ -301,8 +323,8 @@ int SobolStats::compute(PrepConfiguration& configuration, OutputTable& outputs) 
             const size_t slots = s == 1 ? 3 : 2;
             for (int32_t vi = 0; vi < variables; ++vi) {
                 const size_t v = size_t(vi);
-                const double p = blocks.dot(blocks.dJ, blocks.dA, vi);
-                const double q = blocks.dot(blocks.dJ, blocks.dB, vi);
+                double p = 0.0, q = 0.0;
+                blocks.products(vi, p, q);
                 double* slot = &record.values[v * slots];
                 closed[t * v2 + v] = p / b;
                 double index = sign * product[v] + closed[t * v2 + v];
