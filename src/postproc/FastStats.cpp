@@ -193,9 +193,10 @@ int FastStats::compute(PrepConfiguration& configuration, OutputTable& outputs) {
         return fail(text);
     }
     for (const FastBlock& block : *table) {
-        // A frequency must be a whole turn count on its curve; the extended
-        // test's band 1 .. M / 2 lies below the curve's length.
-        if (block.first < 0 || block.third < 1 || block.second < 0 || (mode != 0 && block.first > block.third))
+        // The extended test's curves are 8 omegaMax + 1 runs long, which
+        // also bounds the work of its band 1 .. omegaMax / 2.
+        if (block.first < 0 || block.third < 1 || block.second < 0 ||
+            (mode != 0 && 8 * int64_t(block.first) + 1 > block.third))
             return fail(kFastBadBlockText);
         runs = mode == 0 ? std::max<int64_t>(runs, block.third) : runs + int64_t(block.second) * block.third;
     }
