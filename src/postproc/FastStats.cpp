@@ -72,12 +72,11 @@ private:
 // calling the trigonometric functions n times instead of once per term.
 class FourierTable {
 public:
-    explicit FourierTable(int64_t n) : n_(n), cos_(size_t(n)), sin_(size_t(n)) {
+    explicit FourierTable(int64_t n) : n_(n), turn_(size_t(n)) {
         parallelFor(n, 4096, [this](int64_t begin, int64_t end) {
             for (int64_t r = begin; r < end; ++r) {
                 const long double angle = static_cast<long double>(r) * kTurn / static_cast<long double>(n_);
-                cos_[size_t(r)] = std::cos(angle);
-                sin_[size_t(r)] = std::sin(angle);
+                turn_[size_t(r)] = {std::cos(angle), std::sin(angle)};
             }
         });
     }
@@ -86,8 +85,12 @@ public:
     long double spectrum(const Curve& curve, int64_t w) const;
 
 private:
+    // cos and sin side by side: the sums visit the angles out of order.
+    struct Point {
+        long double cos, sin;
+    };
     int64_t n_;
-    std::vector<long double> cos_, sin_;
+    std::vector<Point> turn_;
 };
 
 long double FourierTable::spectrum(const Curve& curve, int64_t w) const {
@@ -107,7 +110,7 @@ long double FourierTable::spectrum(const Curve& curve, int64_t w) const {
             turned = true;
         }
         if (turned) shortfall = static_cast<long double>(a) * kTurnShortfall;
-        const long double c = cos_[size_t(r)], sn = sin_[size_t(r)];
+        const long double c = turn_[size_t(r)].cos, sn = turn_[size_t(r)].sin;
         A += even[s] * (c + shortfall * sn);
         B += odd[s] * (sn - shortfall * c);
     }
