@@ -2,9 +2,11 @@
 
 #include <array>
 
+#include "postproc/FastStats.h"
 #include "postproc/ImportanceStats.h"
 #include "postproc/MorrisStats.h"
 #include "postproc/RegressionStats.h"
+#include "postproc/SobolStats.h"
 #include "sampling/Sampler.h"
 
 namespace tarvex {
@@ -25,7 +27,9 @@ std::array<SensitivityFactory, kTypeCount>& factories() {
         std::array<SensitivityFactory, kTypeCount> t{};
         t[0] = &make<RegressionStats>;
         t[1] = &make<MorrisStats>;
+        t[2] = &make<FastStats>;
         t[3] = &make<ImportanceStats>;
+        t[4] = &make<SobolStats>;
         return t;
     }();
     return table;
