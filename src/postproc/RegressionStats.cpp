@@ -253,7 +253,10 @@ int RegressionStats::compute(PrepConfiguration& configuration, OutputTable& outp
     };
     // A singular matrix sets `slots` of the variable to 1.0 for uncertain
     // factors and 0.0 for the others, and the determinations of its kind to
-    // 1.0; the variables after it are not computed.
+    // 1.0; nothing after it is computed (a failure on values leaves every
+    // rank measure at 0.0, one on ranks every Smirnov value), but the tests
+    // and ranks are, and the result counts as computed: it is what the
+    // panels show, since an inversion failure is not reported.
     auto singular = [&](int32_t v, std::initializer_list<int32_t> slots, std::initializer_list<std::size_t> kinds) {
         for (IndexRecord& record : records)
             for (const int32_t s : slots) record.values[at(v, s)] = record.kind == kUncertainFactor ? 1.0 : 0.0;

@@ -386,7 +386,10 @@ TEST(RegressionStats, SmirnovWalkAndSubsets) {
     // A factor ranked as the output separates the top tenth completely.
     const int32_t runs = 20;
     std::vector<int32_t> same(runs), reversed(runs);
-    for (int32_t r = 0; r < runs; ++r) same[size_t(r)] = (r * 7) % runs + 1, reversed[size_t(r)] = runs + 1 - same[size_t(r)];
+    for (int32_t r = 0; r < runs; ++r) {
+        same[size_t(r)] = (r * 7) % runs + 1;
+        reversed[size_t(r)] = runs + 1 - same[size_t(r)];
+    }
     SmirnovStatistic statistic(runs);
     EXPECT_EQ(statistic.distance(same.data(), same.data()), 1.0);
     EXPECT_EQ(statistic.distance(reversed.data(), same.data()), 1.0);
@@ -404,7 +407,8 @@ TEST(RegressionStats, ApplyAlphaRedoesOnlyTheFlags) {
     for (int32_t f = 0; f < 8; ++f) x.push_back(noise(n, -100 - f));
     Column y(n);
     // Weak effects: some tests pass at 0.75 and fail at 0.95.
-    for (size_t r = 0; r < size_t(n); ++r) y[r] = x[0][r] + 0.1 * x[1][r] + 0.05 * x[2][r] + noise(1, -int32_t(r) - 7)[0];
+    const Column error = noise(n, -7);
+    for (size_t r = 0; r < size_t(n); ++r) y[r] = x[0][r] + 0.1 * x[1][r] + 0.05 * x[2][r] + error[r];
     PrepConfiguration prep = handMade({"a", "b", "c", "d", "e", "f", "g", "h"}, x);
     OutputTable outputs = outputsOf({y});
     RegressionStats stats;
