@@ -20,8 +20,7 @@ std::unique_ptr<SensitivityStats> make() {
     return std::make_unique<Stats>();
 }
 
-// The creation table, by typeId: one line per class, e.g.
-//   table[4] = &make<SobolStats>;
+// The creation table, by typeId: one line per class.
 std::array<SensitivityFactory, kTypeCount>& factories() {
     static std::array<SensitivityFactory, kTypeCount> table = [] {
         std::array<SensitivityFactory, kTypeCount> t{};
