@@ -265,7 +265,18 @@ int SobolStats::compute(PrepConfiguration& configuration, OutputTable& outputs) 
         }
     }
     const int64_t needed = blockCount > INT64_MAX / base ? INT64_MAX : blockCount * base;
-    if (needed > outputs.rowCount()) {
+    // The cheap design stops after the terms of up to k / 2 factors: a
+    // larger term's block (B with the term's columns from A) is then read
+    // through its complement's (B with the other columns from A), which
+    // shares the term's columns with B instead of A.
+    const int32_t half = std::max(k / 2, 1);
+    bool cheap = false;
+    if (needed > outputs.rowCount() && !firstForm && highest > half && highest < k) {
+        int64_t cheapBlocks = 2;
+        for (int32_t s = 1; s <= half; ++s) cheapBlocks += binomial(k, s);
+        cheap = cheapBlocks <= outputs.rowCount() / base;
+    }
+    if (needed > outputs.rowCount() && !cheap) {
         std::snprintf(text, sizeof text,
                       "The Sobol design of %d factors and base size %d needs %lld runs, the output table holds %d", k,
                       base, static_cast<long long>(needed), outputs.rowCount());
@@ -315,8 +326,16 @@ int SobolStats::compute(PrepConfiguration& configuration, OutputTable& outputs) 
         // terms subtract those of their sub-terms.
         std::vector<double> closed(records.size() * v2);
         for (size_t t = 0; t < records.size(); ++t) {
-            if (!blocks.readBlock(int64_t(t) + 2)) return fail(blocks.storeError());
             const size_t s = terms[t].members.size();
+            const bool fromComplement = cheap && s > size_t(half);
+            int64_t block = int64_t(t) + 2;
+            if (fromComplement) {
+                std::vector<int32_t> rest;
+                for (int32_t i = 0; i < k; ++i)
+                    if (!std::binary_search(terms[t].members.begin(), terms[t].members.end(), i)) rest.push_back(i);
+                block = int64_t(termOf.at(rest)) + 2;
+            }
+            if (!blocks.readBlock(block)) return fail(blocks.storeError());
             const double sign = s % 2 == 0 ? 1.0 : -1.0;
             const std::vector<int32_t> subs = s > 1 ? subTerms(terms[t].members, termOf) : std::vector<int32_t>{};
             IndexRecord& record = records[t];
@@ -325,6 +344,7 @@ int SobolStats::compute(PrepConfiguration& configuration, OutputTable& outputs) 
                 const size_t v = size_t(vi);
                 double p = 0.0, q = 0.0;
                 blocks.products(vi, p, q);
+                if (fromComplement) p = q;
                 double* slot = &record.values[v * slots];
                 closed[t * v2 + v] = p / b;
                 double index = sign * product[v] + closed[t * v2 + v];

@@ -155,6 +155,51 @@ TEST(SobolStats, HigherOrderTermsAndClosedIndices) {
               std::vector<double>({1.0, 1.0, 1.0, 1.0}));
 }
 
+TEST(SobolStats, CheapDesignReadsLargeTermsThroughTheirComplements) {
+    // Four factors, order 3: the full design has 2 + 4 + 6 + 4 = 16 blocks,
+    // the cheap one stops after the pairs (k / 2 = 2), at 12. A G function's
+    // closed index of a set S is (prod over S of (1 + V_i) - 1) / V.
+    const test::GFunction g{{0.0, 1.0, 4.5, 9.0}};
+    const auto run = [&g](int32_t blocks, OutputTable& table) {
+        PrepConfiguration prep;
+        for (const char* name : {"x1", "x2", "x3", "x4"}) EXPECT_EQ(prep.factors.addFactor(uniformFactor(name)), 1);
+        setSobol(prep, kBase, 3, 3, blocks);
+        test::runModels(prep, {[&g](const double* x) { return g.value(x); }}, table);
+        SobolStats stats;
+        stats.variableCount = 1;
+        EXPECT_EQ(stats.compute(prep, table), 1) << stats.errorText;
+        return stats;
+    };
+    OutputTable fullTable, cheapTable, shortTable;
+    const SobolStats full = run(16, fullTable), cheap = run(12, cheapTable);
+    ASSERT_EQ(cheap.records.size(), 14u);
+    double all = 1.0;
+    for (size_t i = 0; i < 4; ++i) all *= 1.0 + g.partial(i);
+    // A closed index is a ratio of variance estimates: within 4 / sqrt(B).
+    const double tolerance = 4.0 / std::sqrt(double(kBase));
+    // Terms up to pairs come from the same blocks; only the mean over all
+    // runs, which the full design takes over four more blocks, moves them.
+    for (size_t r = 0; r < 10; ++r)
+        for (size_t i = 0; i < cheap.records[r].values.size(); ++i)
+            EXPECT_NEAR(cheap.records[r].values[i], full.records[r].values[i], tolerance / 4) << r;
+    for (size_t r = 10; r < 14; ++r) {
+        double closed = 1.0;
+        for (const std::string& name : cheap.records[r].groupNames) closed *= 1.0 + g.partial(size_t(name[1] - '1'));
+        EXPECT_NEAR(cheap.records[r].values[1], (closed - 1.0) / (all - 1.0), tolerance) << cheap.records[r].name;
+        EXPECT_NEAR(cheap.records[r].values[1], full.records[r].values[1], tolerance) << cheap.records[r].name;
+    }
+    // One block fewer than the cheap design is refused.
+    SobolStats refused;
+    refused.variableCount = 1;
+    PrepConfiguration prep;
+    for (const char* name : {"x1", "x2", "x3", "x4"}) ASSERT_EQ(prep.factors.addFactor(uniformFactor(name)), 1);
+    setSobol(prep, kBase, 3, 3, 11);
+    test::runModels(prep, {[&g](const double* x) { return g.value(x); }}, shortTable);
+    EXPECT_EQ(refused.compute(prep, shortTable), 0);
+    EXPECT_EQ(refused.errorText,
+              "The Sobol design of 4 factors and base size 4096 needs 65536 runs, the output table holds 45056");
+}
+
 TEST(SobolStats, FlatBlocksAndRefusals) {
     PrepConfiguration prep = sobolPrep(16, 1, 0, 8);
     OutputTable table;
