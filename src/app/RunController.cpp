@@ -179,24 +179,19 @@ int RunController::loadProject(const std::string& path) {
 }
 
 int RunController::loadSampleFile(const std::string& path) {
-    if (busy_) return 1;
-    PrepConfiguration loaded;
-    if (!loaded.readSampleFile(path)) {
-        ui_.message(MessageKind::Error, kErrorTitle, kReadSamplesErrorText);
-        return 0;
-    }
-    project_.prep.swap(loaded);
-    project_.hasPrep = 1;
-    project_.resetVels();
-    afterLoad();
-    return 1;
+    return takeSample(&PrepConfiguration::readSampleFile, path, kReadSamplesErrorText);
 }
 
 int RunController::importSampleFile(const std::string& path) {
+    return takeSample(&PrepConfiguration::loadExternalSample, path, kReadExternalErrorText);
+}
+
+int RunController::takeSample(int (PrepConfiguration::*read)(const std::string&), const std::string& path,
+                              const char* errorText) {
     if (busy_) return 1;
     PrepConfiguration loaded;
-    if (!loaded.loadExternalSample(path)) {
-        ui_.message(MessageKind::Error, kErrorTitle, kReadExternalErrorText);
+    if (!(loaded.*read)(path)) {
+        ui_.message(MessageKind::Error, kErrorTitle, errorText);
         return 0;
     }
     project_.prep.swap(loaded);

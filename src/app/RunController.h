@@ -112,6 +112,10 @@ public:
     const ProjectConfiguration& project() const { return project_; }
 
 private:
+    // A sample read by `read` into a temporary replaces the Prep part; a
+    // failure shows `errorText` and changes nothing.
+    [[nodiscard]] int takeSample(int (PrepConfiguration::*read)(const std::string&), const std::string& path,
+                                 const char* errorText);
     // The bodies of generateSample and runInternal, under the caller's busy flag.
     int generate();
     int internalRun();
