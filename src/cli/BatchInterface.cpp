@@ -72,15 +72,11 @@ bool BatchInterface::chooseFile(const FileRequest&, FileChoice&) {
 }
 
 void BatchInterface::beginProgress(const ProgressRequest& request) {
-    g_stop.store(false);
-    interrupted_ = false;
-    if (!handlerInstalled_) {
-        struct sigaction action {};
-        action.sa_handler = onInterrupt;
-        sigemptyset(&action.sa_mask);
-        action.sa_flags = 0;
-        handlerInstalled_ = ::sigaction(SIGINT, &action, &previous_) == 0;
+    if (!held_) {
+        g_stop.store(false);
+        interrupted_ = false;
     }
+    installHandler();
     bar_.reset();
     if (quiet_) return;
     if (request.kind == ProgressKind::Animation) {
@@ -108,6 +104,21 @@ void BatchInterface::endProgress() {
     if (bar_) bar_->finish();
     bar_.reset();
     stopRequested();
+    if (held_) return;
+    restoreHandler();
+    g_stop.store(false);
+}
+
+void BatchInterface::catchInterrupts() {
+    g_stop.store(false);
+    interrupted_ = false;
+    installHandler();
+    held_ = true;
+}
+
+void BatchInterface::releaseInterrupts() {
+    stopRequested();  // a Ctrl-C after the last look still counts
+    held_ = false;
     restoreHandler();
     g_stop.store(false);
 }
@@ -116,6 +127,15 @@ void BatchInterface::waitForPoll() {
     // Ten looks at the flag in the half second, so that Ctrl-C stops a model
     // at once rather than at the next poll.
     for (int i = 0; i < 10 && !g_stop.load(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(50));
+}
+
+void BatchInterface::installHandler() {
+    if (handlerInstalled_) return;
+    struct sigaction action {};
+    action.sa_handler = onInterrupt;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = 0;
+    handlerInstalled_ = ::sigaction(SIGINT, &action, &previous_) == 0;
 }
 
 void BatchInterface::restoreHandler() {

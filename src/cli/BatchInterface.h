@@ -54,6 +54,12 @@ public:
     PanelOutcome showAbout(bool) override { return PanelOutcome::Accepted; }
     PanelOutcome showHelpPanel(const std::string&, bool) override { return PanelOutcome::Accepted; }
 
+    // Keeps Ctrl-C caught from now until releaseInterrupts(), across all the
+    // operations of a run (generation, then the model) and the gaps between
+    // them; a Ctrl-C in a gap stops the next operation.
+    void catchInterrupts();
+    void releaseInterrupts();
+
     // Whether a stop was asked (SIGINT) during the last operation; stays
     // true after it ended, until the next one begins.
     bool interrupted() const { return interrupted_; }
@@ -64,6 +70,7 @@ public:
     static std::string oneLine(const std::string& text);
 
 private:
+    void installHandler();
     void restoreHandler();
 
     Console& console_;
@@ -71,6 +78,7 @@ private:
     bool quiet_;
     std::unique_ptr<ProgressBar> bar_;
     bool handlerInstalled_ = false;
+    bool held_ = false;
     struct sigaction previous_ {};
     bool interrupted_ = false;
     int errors_ = 0;

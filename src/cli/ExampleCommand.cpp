@@ -110,7 +110,9 @@ CommandOutcome ExampleCommand::run(Console& console) {
     if (!buildDemoProject(*demo, base, (fs::path(dir) / (demo->name + ".sam")).string(), controller.project(), error))
         return CommandOutcome::failure(error);
     if (!controller.setMonteCarloMode(1)) return CommandOutcome::failure("The example cannot be run");
+    ui.catchInterrupts();
     const int ran = controller.runModel(0);
+    ui.releaseInterrupts();
     if (ui.interrupted()) return CommandOutcome::failure("Stopped");
     if (!ran) return CommandOutcome::failure("");
     const std::string project = (fs::path(dir) / (demo->name + ".psc")).string();

@@ -57,7 +57,9 @@ CommandOutcome RunCommand::run(Console& console) {
     if (controller.project().hasModel != 1) return CommandOutcome::failure("The project has no model");
     if (!controller.setMonteCarloMode(1)) return CommandOutcome::failure("The project cannot be run");
 
+    ui.catchInterrupts();
     const int ran = controller.runModel(0);
+    ui.releaseInterrupts();
     if (ui.interrupted()) return CommandOutcome::failure(kRunStoppedText);
     if (!ran) return CommandOutcome::failure("");
 

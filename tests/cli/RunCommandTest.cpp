@@ -11,6 +11,7 @@
 
 #include "CliFixtures.h"
 #include "cli/ComposeCommand.h"
+#include "cli/RunCommand.h"
 #include "model/ModelConfiguration.h"
 #include "postproc/PostprocessorFile.h"
 #include "postproc/VelsConfiguration.h"
@@ -105,6 +106,27 @@ TEST(RunCommand, AFailingModelLeavesTheProjectFileAsItWas) {
     EXPECT_EQ(missing.status, 1);
     EXPECT_EQ(missing.err, "tarvex-batch: Error opening file: Error opening input file " + dir.file("none.psc") +
                                " Loading Aborted.\n");
+}
+
+// Ctrl-C while the model runs: the model sends it to this process (which runs
+// the tool) and waits to be stopped. Nothing is saved.
+TEST(RunCommand, InterruptStopsTheModelAndSavesNothing) {
+    ScratchDir dir;
+    CurrentDirGuard here(dir.path());
+    const std::string fac = writeFactorFile(dir);
+    const std::string psc = dir.file("stopped.psc");
+    const std::string model = dir.file("interrupt.sh");
+    writeFile(model, "#!/bin/sh\nkill -INT $PPID\nexec sleep 30\n");
+    fs::permissions(model, fs::perms::owner_all);
+    ASSERT_EQ(runInProcess({"compose", fac, psc, "-m", "random", "-n", "10", "--seed", "3", "--external", model,
+                            "--output", dir.file("out.txt")})
+                  .status,
+              0);
+    const std::string before = readFile(psc);
+    const BatchRun stopped = runInProcess({"run", psc, "-q"});
+    EXPECT_EQ(stopped.status, 1);
+    EXPECT_EQ(stopped.err, std::string("tarvex-batch: ") + cli::kRunStoppedText + "\n");
+    EXPECT_EQ(readFile(psc), before);
 }
 
 TEST(RunCommand, ContradictoryModelOptionsAreBadUsage) {
