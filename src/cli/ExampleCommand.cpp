@@ -6,6 +6,7 @@
 #include <numbers>
 #include <ostream>
 #include <sstream>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
@@ -27,12 +28,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// The exact indices of the cases that have them, by case name; a case
+// without them shows its estimates alone.
 // The Ishigami function's indices (a = 7, b = 0.1), from its variance
 // decomposition: only x1, x2 and the pair (x1, x3) carry variance.
 struct ExactIndices {
-    double first[3];
-    double total[3];
+    std::vector<double> first, total;
 };
+
+ExactIndices ishigamiIndices();
+
+ExactIndices exactIndicesOf(const std::string& name, std::size_t factors) {
+    ExactIndices none{std::vector<double>(factors, NAN), std::vector<double>(factors, NAN)};
+    if (name != "ishigami") return none;
+    return ishigamiIndices();
+}
 
 ExactIndices ishigamiIndices() {
     constexpr double a = 7.0, b = 0.1, pi = std::numbers::pi;
@@ -130,18 +140,21 @@ CommandOutcome ExampleCommand::run(Console& console) {
     if (!layout || layout->columns.size() < 2) return CommandOutcome::failure("The indices have no names");
     const std::vector<std::optional<double>> first = columnValues(*stats, layout->columns[0], 0);
     const std::vector<std::optional<double>> total = columnValues(*stats, layout->columns[1], 0);
-    const ExactIndices exact = ishigamiIndices();
     const std::size_t k = demo->factors.size();
-    if (first.size() < k || total.size() < k) return CommandOutcome::failure("The indices are incomplete");
+    const ExactIndices exact = exactIndicesOf(demo->name, k);
+    if (first.size() < k || total.size() < k || exact.first.size() < k || exact.total.size() < k)
+        return CommandOutcome::failure("The indices are incomplete");
+    auto exactJson = [](double v) { return std::isnan(v) ? nlohmann::json(nullptr) : nlohmann::json(v); };
+    auto exactText = [](double v) { return std::isnan(v) ? std::string("-") : fixed4(v); };
 
     if (json_) {
         nlohmann::json factors = nlohmann::json::array();
         for (std::size_t f = 0; f < k; ++f) {
             factors.push_back({{"name", demo->factors[f].name},
                                {"first", first[f] ? nlohmann::json(*first[f]) : nlohmann::json(nullptr)},
-                               {"firstExact", exact.first[f]},
+                               {"firstExact", exactJson(exact.first[f])},
                                {"total", total[f] ? nlohmann::json(*total[f]) : nlohmann::json(nullptr)},
-                               {"totalExact", exact.total[f]}});
+                               {"totalExact", exactJson(exact.total[f])}});
         }
         nlohmann::json result{{"case", demo->name},   {"output", outputs.front()}, {"base", base},
                               {"runs", p.model.runCount()}, {"factors", factors}};
@@ -153,8 +166,8 @@ CommandOutcome ExampleCommand::run(Console& console) {
         TextTable text({"Factor", "First order", "Exact", "Total order", "Exact"});
         auto shown = [](const std::optional<double>& v) { return v ? fixed4(*v) : std::string("-"); };
         for (std::size_t f = 0; f < k; ++f)
-            text.addRow({demo->factors[f].name, shown(first[f]), fixed4(exact.first[f]), shown(total[f]),
-                         fixed4(exact.total[f])});
+            text.addRow({demo->factors[f].name, shown(first[f]), exactText(exact.first[f]), shown(total[f]),
+                         exactText(exact.total[f])});
         text.write(console.out);
         if (!keep_.empty()) console.out << "\nProject: " << project << '\n';
     }

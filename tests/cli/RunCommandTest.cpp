@@ -12,6 +12,7 @@
 #include "CliFixtures.h"
 #include "cli/ComposeCommand.h"
 #include "cli/RunCommand.h"
+#include "model/InternalModel.h"
 #include "model/ModelConfiguration.h"
 #include "postproc/PostprocessorFile.h"
 #include "postproc/VelsConfiguration.h"
@@ -81,6 +82,51 @@ TEST(RunCommand, ComposeRunAndAnalyseAProjectWithAnExternalModel) {
     const nlohmann::json result = nlohmann::json::parse(analysed.out);
     EXPECT_EQ(result["uncertainty"]["runs"], 40);
     EXPECT_NEAR(result["uncertainty"]["variables"][0]["mean"].get<double>(), sum / 40.0, 1e-6) << analysed.out;
+}
+
+// An internal model file and an output file without a model, composed and run.
+TEST(RunCommand, InternalModelsAndOutputFilesAlone) {
+    ScratchDir dir;
+    const std::string fac = writeFactorFile(dir);
+    InternalModel equations;
+    ASSERT_EQ(equations.setName("twice"), 1);
+    for (const char* v : {"a", "b", "k"}) ASSERT_EQ(equations.addVariable(v), 1);
+    ASSERT_EQ(equations.addExpression(0, "y", "a+2*b", 1), 1);
+    ASSERT_EQ(equations.writeFile(dir.file("twice.imd")), 1);
+    ASSERT_EQ(runProgram(dir, {"compose", fac, dir.file("internal.psc"), "-m", "lptau", "-n", "8", "--internal",
+                               dir.file("twice.imd")})
+                  .status,
+              0);
+    const BatchRun internal = runProgram(dir, {"run", dir.file("internal.psc"), "-o", dir.file("internal.spc"), "-q"});
+    ASSERT_EQ(internal.status, 0) << internal.err;
+    EXPECT_TRUE(fs::exists(dir.file("internal.sam")));  // the project's name with .sam
+
+    PrepConfiguration prep;
+    ModelConfiguration model;
+    VelsConfiguration vels;
+    ASSERT_EQ(loadPostprocessorFile(dir.file("internal.spc"), prep, model, vels), 1);
+    ASSERT_EQ(model.runCount(), 8);
+    const std::vector<double> a = testing::column(prep.samples, 0), b = testing::column(prep.samples, 1);
+    for (int32_t r = 0; r < 8; ++r) {
+        std::vector<double> y;
+        ASSERT_EQ(model.readRun(r, y), 1);
+        EXPECT_NEAR(y.at(0), a[std::size_t(r)] + 2.0 * b[std::size_t(r)], 1e-5) << r;
+    }
+
+    // No model: the values are the output file's, one per sample row.
+    writeFile(dir.file("given.txt"), "1\nz\ntime = no\n3\n10\n20\n30\n");
+    ASSERT_EQ(runProgram(dir, {"compose", fac, dir.file("given.psc"), "-m", "random", "-n", "3", "--seed", "5",
+                               "--output-only", dir.file("given.txt")})
+                  .status,
+              0);
+    ASSERT_EQ(runProgram(dir, {"run", dir.file("given.psc"), "-o", dir.file("given.spc"), "-q"}).status, 0);
+    ASSERT_EQ(loadPostprocessorFile(dir.file("given.spc"), prep, model, vels), 1);
+    ASSERT_EQ(model.runCount(), 3);
+    for (int32_t r = 0; r < 3; ++r) {
+        std::vector<double> z;
+        ASSERT_EQ(model.readRun(r, z), 1);
+        EXPECT_EQ(z.at(0), 10.0 * (r + 1)) << r;
+    }
 }
 
 TEST(RunCommand, AFailingModelLeavesTheProjectFileAsItWas) {
