@@ -28,6 +28,8 @@
 
 #include "app/ProjectConfiguration.h"
 #include "app/UserInterface.h"
+// kReadModelOutputErrorText: one definition, shared with the post-processor.
+#include "postproc/OutputTableBuilder.h"
 
 namespace tarvex {
 
@@ -44,7 +46,6 @@ inline constexpr const char* kLinkTitle = "Link between model and sample factors
 inline constexpr const char* kExcelRunErrorText = "Error in the Excel model execution";
 inline constexpr const char* kLostModelText = "Lost connection to model execution";
 inline constexpr const char* kModelExitCodeText = "Model execution returned with error code";
-inline constexpr const char* kReadModelOutputErrorText = "Error reading model output file";
 inline constexpr const char* kInternalStartErrorText = "Error starting internal model execution";
 inline constexpr const char* kCardinalityText = "The generated sample cardinality is different from model outputs size";
 inline constexpr const char* kWriteProjectErrorText =

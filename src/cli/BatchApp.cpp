@@ -1,11 +1,17 @@
 #include "cli/BatchApp.h"
 
+#include <filesystem>
 #include <ostream>
 
 #include <CLI/CLI.hpp>
 
+#include "common/Environment.h"
+
 #include "cli/AnalyseCommand.h"
+#include "cli/ComposeCommand.h"
 #include "cli/Console.h"
+#include "cli/ExampleCommand.h"
+#include "cli/RunCommand.h"
 #include "cli/SampleCommand.h"
 
 namespace tarvex::cli {
@@ -27,10 +33,21 @@ void reportUsage(Console& console, const CLI::App& app, const CLI::App* sub, con
                 << usageLine(app, sub) << "Run '" << helpOf << " --help' for more information.\n";
 }
 
+// Projects keep the remembered directories in config.dat of the
+// installation directory, as the desktop program does; without a start-up
+// file that is the directory above the program's own.
+void setInstallationDirectory() {
+    Environment& environment = Environment::instance();
+    if (!environment.mainDir().empty()) return;
+    std::error_code ec;
+    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", ec);
+    environment.setMainDir(ec ? std::filesystem::current_path(ec).string() : self.parent_path().parent_path().string());
+}
+
 }  // namespace
 
 int runBatch(int argc, const char* const* argv, Console& console) {
-    CLI::App app{"Tarvex batch tool: samples, uncertainty and sensitivity analysis from the command line.\n"
+    CLI::App app{"Tarvex batch tool: samples, model runs, uncertainty and sensitivity analysis from the command line.\n"
                  "Results go to standard output, progress and messages to standard error.",
                  kProgram};
     app.set_version_flag("--version", std::string(kProgram) + " " + TARVEX_VERSION);
@@ -38,6 +55,9 @@ int runBatch(int argc, const char* const* argv, Console& console) {
     app.footer("Exit status: 0 success, 1 failure, 2 bad usage.");
     SampleCommand sample(app);
     AnalyseCommand analyse(app);
+    RunCommand runCommand(app);
+    ComposeCommand compose(app);
+    ExampleCommand example(app);
 
     try {
         app.parse(argc, argv);
@@ -58,12 +78,17 @@ int runBatch(int argc, const char* const* argv, Console& console) {
 
     const CLI::App* chosen = app.get_subcommands().front();
     CommandOutcome outcome;
+    setInstallationDirectory();
     if (chosen == sample.app()) outcome = sample.run(console);
+    else if (chosen == runCommand.app()) outcome = runCommand.run(console);
+    else if (chosen == compose.app()) outcome = compose.run(console);
+    else if (chosen == example.app()) outcome = example.run(console);
     else outcome = analyse.run(console);
 
     if (outcome.status == kExitUsage) {
         reportUsage(console, app, chosen, outcome.message);
-    } else if (outcome.status != kExitSuccess) {
+    } else if (outcome.status != kExitSuccess && !outcome.message.empty()) {
+        // An empty message: the failure was told as it happened.
         console.err << kProgram << ": " << outcome.message << '\n';
     }
     console.out.flush();

@@ -5,11 +5,10 @@
 #include <string>
 
 #include "cli/CommandOutcome.h"
-#include "cli/SamplerSettings.h"
+#include "cli/SamplerOptions.h"
 
 namespace CLI {
 class App;
-class Option;
 }
 
 namespace tarvex::cli {
@@ -27,12 +26,7 @@ public:
 private:
     CLI::App* app_ = nullptr;
     std::string factorFile_, sampleFile_;
-    std::string methodName_;
-    int64_t size_ = 0, seed_ = 0, trajectories_ = 0, levels_ = 0, base_ = 0, replications_ = 0, order_ = 0;
-    CLI::Option *sizeOpt_ = nullptr, *seedOpt_ = nullptr, *trajectoriesOpt_ = nullptr, *levelsOpt_ = nullptr,
-                *baseOpt_ = nullptr, *replicationsOpt_ = nullptr, *orderOpt_ = nullptr;
-    std::string fastMode_;
-    SamplerSettings settings_;
+    SamplerOptions sampler_;
     bool json_ = false, quiet_ = false;
 };
 

@@ -18,8 +18,11 @@ TEST(BatchProgram, HelpAndVersionSucceedOnStandardOutput) {
     // Every subcommand on a line of its own, with what it does.
     EXPECT_TRUE(hasLine(help.out, "  sample                      Generate a sample")) << help.out;
     EXPECT_TRUE(hasLine(help.out, "  analyse, analyze            Uncertainty and sensitivity analysis")) << help.out;
+    EXPECT_TRUE(hasLine(help.out, "  run                         Run a project's model")) << help.out;
+    EXPECT_TRUE(hasLine(help.out, "  compose                     Make a project (.psc)")) << help.out;
+    EXPECT_TRUE(hasLine(help.out, "  example                     Run a built-in example")) << help.out;
 
-    for (const char* sub : {"sample", "analyse"}) {
+    for (const char* sub : {"sample", "analyse", "example"}) {
         const BatchRun subHelp = runProgram(dir, {sub, "--help"});
         EXPECT_EQ(subHelp.status, 0) << sub;
         EXPECT_TRUE(hasLine(subHelp.out, std::string("Usage: tarvex-batch ") + sub + " [OPTIONS] ")) << subHelp.out;
