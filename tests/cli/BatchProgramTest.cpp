@@ -52,7 +52,9 @@ TEST(BatchProgram, BadUsageExitsWithTwoAndAUsageLine) {
          "Usage: tarvex-batch sample [OPTIONS] factors"},
         {{"sample", fac, "-o", dir.file("x.sam"), "-m", "random", "-n", "many"}, "Could not convert: --size = many",
          "Usage: tarvex-batch sample [OPTIONS] factors"},
-        {{"analyse", fac}, "Cannot analyse " + fac + ": analyse reads post-processor files (.spc)",
+        {{"analyse", fac},
+         "Cannot analyse " + fac +
+             ": analyse reads post-processor files (.spc), projects (.psc) and demonstration cases (.dem)",
          "Usage: tarvex-batch analyse [OPTIONS] input"},
         {{"analyse", dir.file("x.spc"), "--confidence", "0.8"}, "--confidence: 0.8 not in {",
          "Usage: tarvex-batch analyse [OPTIONS] input"},

@@ -46,6 +46,9 @@ TEST(RunCommand, ComposeRunAndAnalyseAProjectWithAnExternalModel) {
                                                "--output", dir.file("out.txt")});
     ASSERT_EQ(composed.status, 0) << composed.err;
     EXPECT_EQ(composed.out, "Project: " + psc + "\nSample file: " + dir.file("study.sam") + "\n");
+    const BatchRun early = runProgram(dir, {"analyse", psc});
+    EXPECT_EQ(early.status, 1);
+    EXPECT_EQ(early.err, "tarvex-batch: The project " + psc + " holds no results: run it first\n");
     EXPECT_FALSE(fs::exists(dir.file("study.sam")));  // made by the run, not before
 
     // Back into the project; then to a post-processor file, keeping the sample.
@@ -77,11 +80,16 @@ TEST(RunCommand, ComposeRunAndAnalyseAProjectWithAnExternalModel) {
         sum += y[0];
     }
 
-    const BatchRun analysed = runProgram(dir, {"analyse", dir.file("study.spc"), "--var", "y", "--json"});
-    ASSERT_EQ(analysed.status, 0) << analysed.err;
-    const nlohmann::json result = nlohmann::json::parse(analysed.out);
-    EXPECT_EQ(result["uncertainty"]["runs"], 40);
-    EXPECT_NEAR(result["uncertainty"]["variables"][0]["mean"].get<double>(), sum / 40.0, 1e-6) << analysed.out;
+    // The results file, the project run in place (same sample, same model),
+    // and a demonstration case of the results file's layout analyse alike.
+    std::filesystem::copy_file(dir.file("study.spc"), dir.file("study.dem"));
+    for (const std::string& input : {dir.file("study.spc"), psc, dir.file("study.dem")}) {
+        const BatchRun analysed = runProgram(dir, {"analyse", input, "--var", "y", "--json"});
+        ASSERT_EQ(analysed.status, 0) << input << analysed.err;
+        const nlohmann::json result = nlohmann::json::parse(analysed.out);
+        EXPECT_EQ(result["uncertainty"]["runs"], 40);
+        EXPECT_NEAR(result["uncertainty"]["variables"][0]["mean"].get<double>(), sum / 40.0, 1e-6) << input;
+    }
 }
 
 // An internal model file and an output file without a model, composed and run.
