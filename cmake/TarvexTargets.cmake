@@ -1,13 +1,17 @@
 # Each subsystem folder is one library target, its sources picked up by glob so
 # that adding a file needs no edit here. A folder without sources yet becomes an
-# interface target, so that dependents can already name it.
+# interface target, so that dependents can already name it. PRECOMPILE names
+# headers parsed once for the whole target (Qt's, for the panel targets).
 function(tarvex_library name)
-  cmake_parse_arguments(ARG "" "" "DEPS;PRIVATE_DEPS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "DEPS;PRIVATE_DEPS;PRECOMPILE" ${ARGN})
   file(GLOB _src CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   if(_src)
     add_library(${name} STATIC ${_src})
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     target_link_libraries(${name} PUBLIC ${ARG_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})
+    if(ARG_PRECOMPILE)
+      target_precompile_headers(${name} PRIVATE ${ARG_PRECOMPILE})
+    endif()
   else()
     add_library(${name} INTERFACE)
     target_include_directories(${name} INTERFACE "${PROJECT_SOURCE_DIR}/src")
@@ -16,9 +20,15 @@ function(tarvex_library name)
 endfunction()
 
 # One GoogleTest executable per test folder; ctest runs every test case.
+# EXTRA names more folders whose tests join the same executable (the GUI tests of
+# every subsystem's gui folder share one).
 function(tarvex_test_folder name folder)
-  cmake_parse_arguments(ARG "" "" "DEPS;ENV" ${ARGN})
-  file(GLOB _src CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp")
+  cmake_parse_arguments(ARG "" "" "DEPS;ENV;EXTRA" ${ARGN})
+  set(_globs "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp")
+  foreach(_extra IN LISTS ARG_EXTRA)
+    list(APPEND _globs "${CMAKE_CURRENT_SOURCE_DIR}/${_extra}/*.cpp")
+  endforeach()
+  file(GLOB _src CONFIGURE_DEPENDS ${_globs})
   if(NOT _src)
     return()
   endif()

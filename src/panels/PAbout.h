@@ -1,6 +1,6 @@
 #pragma once
 // The about panel: the program's version.
-#include "panels/Panel.h"
+#include "panels/layer/Panel.h"
 
 namespace tarvex {
 

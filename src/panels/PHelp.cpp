@@ -3,7 +3,7 @@
 #include <QWidget>
 #include <algorithm>
 
-#include "panels/Bitmaps.h"
+#include "panels/layer/Bitmaps.h"
 
 namespace tarvex {
 

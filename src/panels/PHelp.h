@@ -3,7 +3,7 @@
 // and truncation panels, and the quick help of the pre-processor.
 #include <string>
 
-#include "panels/Panel.h"
+#include "panels/layer/Panel.h"
 
 namespace tarvex {
 

@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "common/Environment.h"
-#include "panels/Dialogs.h"
+#include "panels/layer/Dialogs.h"
 
 namespace tarvex {
 

@@ -3,7 +3,7 @@
 // no log of its own.
 #include <string>
 
-#include "panels/Panel.h"
+#include "panels/layer/Panel.h"
 
 namespace tarvex {
 

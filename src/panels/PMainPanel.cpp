@@ -2,7 +2,7 @@
 
 #include "app/ConfigDatFile.h"
 #include "common/Environment.h"
-#include "panels/HelpSystem.h"
+#include "panels/layer/HelpSystem.h"
 #include "panels/PAbout.h"
 #include "panels/PLogFile.h"
 #include "panels/TarvexApplication.h"

@@ -4,7 +4,7 @@
 // that the derived panel doesn't implement prints its trace line.
 #include <string>
 
-#include "panels/Panel.h"
+#include "panels/layer/Panel.h"
 
 namespace tarvex {
 

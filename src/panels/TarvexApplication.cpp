@@ -15,10 +15,10 @@
 #include <filesystem>
 #include <string>
 
-#include "panels/Bitmaps.h"
-#include "panels/HelpSystem.h"
+#include "panels/layer/Bitmaps.h"
+#include "panels/layer/HelpSystem.h"
 #include "panels/PMainPanel.h"
-#include "panels/Print.h"
+#include "panels/layer/Print.h"
 
 namespace tarvex {
 

@@ -4,7 +4,7 @@
 
 #include "common/Environment.h"
 #include "app/EnvironmentStart.h"
-#include "panels/SearchPath.h"
+#include "panels/layer/SearchPath.h"
 #include "panels/TarvexApplication.h"
 
 namespace tarvex {

@@ -12,7 +12,7 @@
 
 #include "PanelTestSupport.h"
 #include "TestSupport.h"
-#include "panels/QtDialogs.h"
+#include "panels/layer/QtDialogs.h"
 
 using namespace tarvex;
 using namespace tarvex::test;

@@ -9,7 +9,7 @@
 #include "PanelTestSupport.h"
 #include "TestSupport.h"
 #include "common/Environment.h"
-#include "panels/HelpSystem.h"
+#include "panels/layer/HelpSystem.h"
 #include "panels/PAbout.h"
 #include "panels/PHelp.h"
 #include "panels/PLogFile.h"

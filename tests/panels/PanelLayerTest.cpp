@@ -17,9 +17,9 @@
 
 #include "PanelTestSupport.h"
 #include "TestSupport.h"
-#include "panels/EventQueue.h"
-#include "panels/HelpSystem.h"
-#include "panels/Panel.h"
+#include "panels/layer/EventQueue.h"
+#include "panels/layer/HelpSystem.h"
+#include "panels/layer/Panel.h"
 
 using namespace tarvex;
 using namespace tarvex::test;

@@ -8,11 +8,11 @@
 #include <string>
 
 #include "common/Environment.h"
-#include "panels/Dialogs.h"
-#include "panels/HelpSystem.h"
-#include "panels/Panel.h"
-#include "panels/ScriptedDialogs.h"
-#include "panels/SearchPath.h"
+#include "panels/layer/Dialogs.h"
+#include "panels/layer/HelpSystem.h"
+#include "panels/layer/Panel.h"
+#include "panels/layer/ScriptedDialogs.h"
+#include "panels/layer/SearchPath.h"
 
 namespace tarvex::test {
 

@@ -5,8 +5,8 @@
 
 #include "PanelTestSupport.h"
 #include "TestSupport.h"
-#include "panels/Bitmaps.h"
-#include "panels/SearchPath.h"
+#include "panels/layer/Bitmaps.h"
+#include "panels/layer/SearchPath.h"
 
 using namespace tarvex;
 using namespace tarvex::test;

@@ -1,10 +1,10 @@
-#include "panels/Bitmaps.h"
+#include "panels/layer/Bitmaps.h"
 
 #include <QImageReader>
 #include <QString>
 #include <set>
 
-#include "panels/SearchPath.h"
+#include "panels/layer/SearchPath.h"
 
 namespace tarvex {
 

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "panels/GadgetKind.h"
+#include "panels/layer/GadgetKind.h"
 
 class QAction;
 class QEventLoop;

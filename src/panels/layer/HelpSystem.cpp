@@ -1,4 +1,4 @@
-#include "panels/HelpSystem.h"
+#include "panels/layer/HelpSystem.h"
 
 #include <QDir>
 #include <QFile>
@@ -7,8 +7,8 @@
 #include <QTextBrowser>
 #include <QUrl>
 
-#include "panels/Panel.h"
-#include "panels/SearchPath.h"
+#include "panels/layer/Panel.h"
+#include "panels/layer/SearchPath.h"
 
 namespace tarvex {
 

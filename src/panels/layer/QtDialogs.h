@@ -1,6 +1,6 @@
 #pragma once
 // The dialogs on screen: QMessageBox and QFileDialog.
-#include "panels/Dialogs.h"
+#include "panels/layer/Dialogs.h"
 
 namespace tarvex {
 

@@ -1,4 +1,4 @@
-#include "panels/Panel.h"
+#include "panels/layer/Panel.h"
 
 #include <QAction>
 #include <QApplication>
@@ -24,9 +24,9 @@
 #include <cstdio>
 #include <utility>
 
-#include "panels/HelpSystem.h"
-#include "panels/Print.h"
-#include "panels/SearchPath.h"
+#include "panels/layer/HelpSystem.h"
+#include "panels/layer/Print.h"
+#include "panels/layer/SearchPath.h"
 
 namespace tarvex {
 

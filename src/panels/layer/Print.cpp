@@ -1,4 +1,4 @@
-#include "panels/Print.h"
+#include "panels/layer/Print.h"
 
 #include <cstdio>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "panels/Dialogs.h"
+#include "panels/layer/Dialogs.h"
 
 namespace tarvex {
 

@@ -1,4 +1,4 @@
-#include "panels/QtDialogs.h"
+#include "panels/layer/QtDialogs.h"
 
 #include <QFileDialog>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "panels/EventQueue.h"
+#include "panels/layer/EventQueue.h"
 
 #include <QCoreApplication>
 

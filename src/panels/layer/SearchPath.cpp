@@ -1,4 +1,4 @@
-#include "panels/SearchPath.h"
+#include "panels/layer/SearchPath.h"
 
 #include <filesystem>
 #include <system_error>

@@ -1,4 +1,4 @@
-#include "panels/ScriptedDialogs.h"
+#include "panels/layer/ScriptedDialogs.h"
 
 #include <filesystem>
 

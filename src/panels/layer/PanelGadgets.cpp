@@ -23,8 +23,8 @@
 #include <cmath>
 #include <cstdio>
 
-#include "panels/Bitmaps.h"
-#include "panels/Panel.h"
+#include "panels/layer/Bitmaps.h"
+#include "panels/layer/Panel.h"
 
 namespace tarvex {
 

@@ -1,6 +1,6 @@
-#include "panels/Dialogs.h"
+#include "panels/layer/Dialogs.h"
 
-#include "panels/QtDialogs.h"
+#include "panels/layer/QtDialogs.h"
 
 namespace tarvex {
 

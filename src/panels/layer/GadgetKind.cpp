@@ -1,4 +1,4 @@
-#include "panels/GadgetKind.h"
+#include "panels/layer/GadgetKind.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
