@@ -3,6 +3,8 @@
 // offscreen platform that ctest selects), the staged installation tree as the panel
 // search path, scripted dialogs, and modal waits replaced by a hook.
 #include <QApplication>
+#include <QDir>
+#include <QWidget>
 #include <functional>
 #include <memory>
 #include <string>
@@ -56,6 +58,19 @@ public:
     explicit ModalHook(std::function<int(Panel&)> hook) { Panel::setModalHook(std::move(hook)); }
     ~ModalHook() { Panel::setModalHook(nullptr); }
 };
+
+// Keeps a picture of a panel as the user sees it, when the run asks for pictures:
+// TARVEX_SHOT_DIR names the folder (the tests run on a virtual X display then, e.g.
+//   TARVEX_SHOT_DIR=docs/screenshots QT_QPA_PLATFORM=xcb xvfb-run -a build/tests/test_panels
+// ). Returns whether a picture was written.
+inline bool saveShot(QWidget& widget, const std::string& name) {
+    const QByteArray dir = qgetenv("TARVEX_SHOT_DIR");
+    if (dir.isEmpty()) return false;
+    QDir().mkpath(QString::fromLocal8Bit(dir));
+    widget.show();
+    QApplication::processEvents();
+    return widget.grab().save(QString::fromLocal8Bit(dir) + "/" + QString::fromStdString(name) + ".png");
+}
 
 // Sets up the usual environment of a panel test.
 class PanelTestBase {
