@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs every Debian package Tarvex needs to build, test and run (engine, GUI,
 # plots, batch tool, benchmarks, and the readers' fuzzers: clang, whose runtime
-# package holds libFuzzer). Safe to run again: it installs only what is missing.
+# package holds libFuzzer; ghostscript and poppler-utils read the figures back in
+# the plot tests). Safe to run again: it installs only what is missing.
 set -euo pipefail
 
 PACKAGES=(
@@ -11,6 +12,7 @@ PACKAGES=(
   qt6-base-dev qt6-tools-dev qt6-tools-dev-tools libqt6opengl6-dev libgl-dev libxcb1-dev
   libcairo2-dev
   fonts-dejavu-core xvfb xauth
+  ghostscript poppler-utils
   clang libclang-rt-14-dev
 )
 
