@@ -16,6 +16,8 @@
 #include <QTableWidget>
 #include <QTextEdit>
 
+#include "panels/layer/WidgetRegistry.h"
+
 namespace tarvex {
 
 namespace {
@@ -28,6 +30,13 @@ bool hasPrefix(const QString& name, const char* prefix) {
 GadgetKind gadgetKindOf(const QObject* o) {
     if (!o) return GadgetKind::None;
     const QString name = o->objectName();
+    for (const QMetaObject* m = o->metaObject(); m; m = m->superClass()) {
+        // Registered by the name panel files use, without the namespace.
+        const std::string cls = m->className();
+        const GadgetKind registered = WidgetRegistry::kindOf(cls.substr(cls.rfind(':') == std::string::npos ? 0 : cls.rfind(':') + 1));
+        if (registered != GadgetKind::None) return registered;
+        if (m == &QWidget::staticMetaObject) break;
+    }
     if (qobject_cast<const QCheckBox*>(o)) return GadgetKind::Toggle;
     if (qobject_cast<const QRadioButton*>(o)) return GadgetKind::Toggle;
     if (qobject_cast<const QAbstractButton*>(o)) return GadgetKind::Button;
@@ -70,6 +79,7 @@ const char* gadgetKindName(GadgetKind kind) {
         case GadgetKind::Notebook: return "notebook";
         case GadgetKind::MenuBar: return "menu bar";
         case GadgetKind::Gauge: return "gauge";
+        case GadgetKind::Chart: return "chart";
         case GadgetKind::Frame: return "frame";
         case GadgetKind::Other: return "other";
     }

@@ -1,7 +1,8 @@
 #pragma once
 // Which kind of gadget a widget of a panel file is. Panels name their gadgets with a
 // kind prefix (B, T, Te, Ml, Ma, Ic, O, Se/Sel, Rg, Mn, N, Sl, F); the widget class
-// decides the kind, and the prefix settles the cases one class serves twice.
+// decides the kind, and the prefix settles the cases one class serves twice. Classes
+// of the layers above (the chart) take the kind they were registered with.
 #include <string>
 
 class QObject;
@@ -25,6 +26,7 @@ enum class GadgetKind {
     Notebook,      // QTabWidget
     MenuBar,       // QMenuBar
     Gauge,         // QProgressBar
+    Chart,         // the plots' FigureView, known through the WidgetRegistry
     Frame,         // any other container
     Other
 };

@@ -19,12 +19,12 @@
 #include <QTableWidget>
 #include <QTextEdit>
 #include <QTimer>
-#include <QUiLoader>
 #include <QVBoxLayout>
 #include <cstdio>
 #include <utility>
 
 #include "panels/layer/HelpSystem.h"
+#include "panels/layer/PanelUiLoader.h"
 #include "panels/layer/Print.h"
 #include "panels/layer/SearchPath.h"
 
@@ -97,7 +97,7 @@ void Panel::load(QWidget* parent) {
     if (path.empty()) {
         errorText_ = "Panel file " + fileName_ + " not found in the panel search path";
     } else {
-        QUiLoader loader;
+        PanelUiLoader loader;
         loader.setWorkingDirectory(QFileInfo(QString::fromStdString(path)).absoluteDir());
         QFile file(QString::fromStdString(path));
         if (file.open(QIODevice::ReadOnly)) w = loader.load(&file, nullptr);
@@ -130,7 +130,7 @@ int Panel::loadPages(QWidget* root, int depth) {
         const std::string path = SearchPath::find(file);
         QWidget* page = nullptr;
         if (!path.empty()) {
-            QUiLoader loader;
+            PanelUiLoader loader;
             loader.setWorkingDirectory(QFileInfo(QString::fromStdString(path)).absoluteDir());
             QFile f(QString::fromStdString(path));
             if (f.open(QIODevice::ReadOnly)) page = loader.load(&f, host);
