@@ -19,6 +19,7 @@
 #include "panels/layer/HelpSystem.h"
 #include "panels/PMainPanel.h"
 #include "panels/layer/Print.h"
+#include "plots/gui/PlotWidgets.h"
 
 namespace tarvex {
 
@@ -108,6 +109,7 @@ TarvexApplication::TarvexApplication(const char* name, const char* displayName, 
     if (!displayAvailable(argc, argv)) return;
     QCoreApplication::setApplicationName(QString::fromStdString(name_));
     qt_ = std::make_unique<QApplication>(argc, argv);
+    registerPlotWidgets();
     releaseProbe();
     // Qt sets the whole locale from the environment; numbers in files and texts are
     // written and read with '.' whatever the user's language.

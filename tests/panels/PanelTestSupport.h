@@ -15,6 +15,7 @@
 #include "panels/layer/Panel.h"
 #include "panels/layer/ScriptedDialogs.h"
 #include "panels/layer/SearchPath.h"
+#include "plots/gui/PlotWidgets.h"
 
 namespace tarvex::test {
 
@@ -77,6 +78,7 @@ class PanelTestBase {
 public:
     PanelTestBase() {
         qtApp();
+        registerPlotWidgets();
         useInstallation(stageDir());
     }
     ~PanelTestBase() { HelpSystem::shutdown(); }
