@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cairo.h>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
