@@ -86,7 +86,7 @@ TEST(Dialogs, ChooserFiltersPutTheDescriptionBeforeThePattern) {
     FileRequest r;
     r.patterns = {"*.psc", "*.*", "*.ps"};
     r.descriptions = {"*.psc (project's files)", "*.* (all files)", "plain"};
-    EXPECT_EQ(fileFilters(r), (std::vector<std::string>{"project's files (*.psc)", "all files (*.*)", "plain (*.ps)"}));
+    EXPECT_EQ(fileFilters(r), (std::vector<std::string>{"project's files (*.psc)", "all files (*)", "plain (*.ps)"}));
     r.descriptions.resize(1);  // a missing description shows the pattern
     EXPECT_EQ(fileFilters(r)[2], "*.ps (*.ps)");
 }
