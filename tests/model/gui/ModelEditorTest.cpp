@@ -8,7 +8,6 @@
 #include <QTableWidget>
 #include <filesystem>
 #include <functional>
-#include <sstream>
 
 #include "ModelGuiTestSupport.h"
 #include "TestSupport.h"
@@ -200,57 +199,46 @@ TEST_F(ModelEditorTest, DeleteAllStopsAtTheFirstInputInUseAndCancelKeepsTheInput
 
 TEST_F(ModelEditorTest, QuestionsOfAnEditedModel) {
     const std::string path = dir.file("saved.imd");
-    // Ok: Yes saves and accepts, Cancel accepts; unedited, nothing is asked.
-    for (int answer : {1, 0}) {
+    // Unedited, Ok accepts and Exit discards without a question. Edited, Ok's Yes saves
+    // and accepts, its Cancel accepts; Exit's Yes keeps the edits, its Cancel discards.
+    struct Case {
+        std::string button;
+        int answer;
+        int result;
+        const char* text;
+    };
+    const char* inFile = "The model has been edited.\nDo you want to save changes in a file?";
+    const char* keep = "The model has been edited.\nDo you want to save changes?";
+    for (const Case& c : {Case{"BOk", 1, 1, inFile}, Case{"BOk", 0, 1, inFile}, Case{"BExit", 1, 1, keep},
+                          Case{"BExit", 0, 0, keep}}) {
         InternalModel model = twoInputs();
         PIntModel editor(model);
-        EXPECT_EQ(std::filesystem::exists(path), false);
-        onEditor = [](Panel& p) {
-            click(p, "BOk");
-            return 0;
+        onEditor = [&](Panel& p) {
+            click(p, c.button);
+            return 7;  // a wait the panel didn't end
         };
-        EXPECT_EQ(editor.showModal(), 1);
+        EXPECT_EQ(editor.showModal(), c.button == "BOk" ? 1 : 0);
         EXPECT_TRUE(dialogs->messages.empty());
         onExpression = equation("y", "x1-x2", 1);
         click(editor, "BAddExpression");
-        dialogs->answerMessage(answer);
+        dialogs->answerMessage(c.answer);
         dialogs->answerFile(path);
-        onEditor = [](Panel& p) {
-            click(p, "BOk");
-            return 0;
-        };
-        EXPECT_EQ(editor.showModal(), 1);
+        EXPECT_EQ(editor.showModal(), c.result) << c.button << c.answer;
         ASSERT_EQ(dialogs->messages.size(), 1u);
         EXPECT_EQ(dialogs->messages[0].title, "Warning: model edited");
-        EXPECT_EQ(dialogs->messages[0].text, "The model has been edited.\nDo you want to save changes in a file?");
-        if (answer) {
-            InternalModel engine = twoInputs();
-            ASSERT_EQ(engine.addExpression(0, "y", "x1-x2", 1), 1);
-            ASSERT_EQ(engine.setFileName(path), 1);
-            std::ostringstream expected;
-            engine.write(expected);
-            EXPECT_EQ(readFile(path), expected.str());
-            std::filesystem::remove(path);
-        } else {
-            EXPECT_FALSE(std::filesystem::exists(path));
+        EXPECT_EQ(dialogs->messages[0].text, c.text);
+        const bool saved = c.button == "BOk" && c.answer == 1;
+        EXPECT_EQ(std::filesystem::exists(path), saved);
+        InternalModel engine = twoInputs();
+        ASSERT_EQ(engine.addExpression(0, "y", "x1-x2", 1), 1);
+        ASSERT_EQ(engine.setFileName(path), 1);
+        if (saved) {
+            EXPECT_EQ(readFile(path), imdText(engine));
         }
+        std::filesystem::remove(path);
         dialogs->messages.clear();
         dialogs->choosers.clear();
-    }
-    // Exit: Yes keeps the edits, Cancel discards them.
-    for (int answer : {1, 0}) {
-        InternalModel model = twoInputs();
-        PIntModel editor(model);
-        onExpression = equation("y", "x1", 1);
-        click(editor, "BAddExpression");
-        dialogs->answerMessage(answer);
-        onEditor = [](Panel& p) {
-            click(p, "BExit");
-            return 7;  // a wait the panel didn't end
-        };
-        EXPECT_EQ(editor.showModal(), answer);
-        EXPECT_EQ(dialogs->messages.back().text, "The model has been edited.\nDo you want to save changes?");
-        dialogs->messages.clear();
+        dialogs->fileAnswers.clear();
     }
     // New and Open: Cancel stays with the edits; a damaged file changes nothing.
     InternalModel model = twoInputs();
