@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "app/PanelOutcome.h"
 #include "model/MessageSink.h"
 
 namespace tarvex {
@@ -69,8 +70,6 @@ struct ProgressRequest {
 
 // How a panel was closed. The panel's product is the object it was given to
 // work on (a copy of a project part), to be taken over only when Accepted.
-enum class PanelOutcome { Accepted, Cancelled };
-
 class UserInterface : public MessageSink {
 public:
     ~UserInterface() override = default;

@@ -86,7 +86,7 @@ TEST(Dialogs, ChooserFiltersPutTheDescriptionBeforeThePattern) {
     FileRequest r;
     r.patterns = {"*.psc", "*.*", "*.ps"};
     r.descriptions = {"*.psc (project's files)", "*.* (all files)", "plain"};
-    EXPECT_EQ(fileFilters(r), (std::vector<std::string>{"project's files (*.psc)", "all files (*.*)", "plain (*.ps)"}));
+    EXPECT_EQ(fileFilters(r), (std::vector<std::string>{"project's files (*.psc)", "all files (*)", "plain (*.ps)"}));
     r.descriptions.resize(1);  // a missing description shows the pattern
     EXPECT_EQ(fileFilters(r)[2], "*.ps (*.ps)");
 }
@@ -132,7 +132,7 @@ TEST(QtDialogs, MessagesShowTheirTitleTextAndReplacedButtons) {
 TEST(QtDialogs, TheChooserGivesThePathAndItsDirectoryOrNothingOnCancel) {
     qtApp();
     ScratchDir dir;
-    writeFile(dir.file("run.log"), "x");
+    writeFile(dir.file("runmodel"), "x");  // all files: names without a dot too
     QtDialogs d;
     FileRequest r;
     r.title = "Open log file";
@@ -144,14 +144,14 @@ TEST(QtDialogs, TheChooserGivesThePathAndItsDirectoryOrNothingOnCancel) {
         auto* chooser = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
         ASSERT_NE(chooser, nullptr);
         shownTitle = chooser->windowTitle();
-        EXPECT_EQ(chooser->nameFilters(), QStringList{"all files (*.*)"});
-        chooser->selectFile("run.log");
+        EXPECT_EQ(chooser->nameFilters(), QStringList{"all files (*)"});
+        chooser->selectFile("runmodel");
         QMetaObject::invokeMethod(chooser, "accept");
     });
     FileChoice c;
     ASSERT_EQ(d.chooseFile(r, c), 1);
     EXPECT_EQ(shownTitle, "Open log file");
-    EXPECT_EQ(c.path, dir.file("run.log"));
+    EXPECT_EQ(c.path, dir.file("runmodel"));
     EXPECT_EQ(c.directory, dir.path().string());
 
     QTimer::singleShot(0, [] { QApplication::activeModalWidget()->close(); });

@@ -19,7 +19,9 @@ std::vector<std::string> fileFilters(const FileRequest& r) {
         const auto close = text.rfind(')');
         if (open != std::string::npos && close != std::string::npos && close > open)
             text = text.substr(open + 1, close - open - 1);
-        out.push_back(text + " (" + pattern + ")");
+        // "*.*" means every file, executables without a dot in their names included;
+        // Qt would read it as names that hold a dot.
+        out.push_back(text + " (" + (pattern == "*.*" ? std::string("*") : pattern) + ")");
     }
     return out;
 }

@@ -11,7 +11,8 @@ public:
 };
 
 // The Qt name filters for a chooser: "sample files (*.sam)" for the pattern "*.sam"
-// with the description "*.sam (sample files)".
+// with the description "*.sam (sample files)". The pattern "*.*" becomes "*": it means
+// every file, names without a dot included.
 std::vector<std::string> fileFilters(const FileRequest& request);
 
 }  // namespace tarvex
