@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include "PanelTestSupport.h"
@@ -86,7 +87,11 @@ TEST(Dialogs, ChooserFiltersPutTheDescriptionBeforeThePattern) {
     FileRequest r;
     r.patterns = {"*.psc", "*.*", "*.ps"};
     r.descriptions = {"*.psc (project's files)", "*.* (all files)", "plain"};
-    EXPECT_EQ(fileFilters(r), (std::vector<std::string>{"project's files (*.psc)", "all files (*.*)", "plain (*.ps)"}));
+    EXPECT_EQ(fileFilters(r), (std::vector<std::string>{"project's files (*.psc)", "all files (*)", "plain (*.ps)"}));
+    // "all files" lists an executable without a dot in its name, as Qt reads the pattern.
+    const QString all = QString::fromStdString(fileFilters(r)[1]);
+    const QString pattern = all.mid(all.lastIndexOf('(') + 1).chopped(1);
+    EXPECT_TRUE(QRegularExpression(QRegularExpression::wildcardToRegularExpression(pattern)).match("model").hasMatch());
     r.descriptions.resize(1);  // a missing description shows the pattern
     EXPECT_EQ(fileFilters(r)[2], "*.ps (*.ps)");
 }

@@ -11,8 +11,10 @@ namespace tarvex {
 std::vector<std::string> fileFilters(const FileRequest& r) {
     std::vector<std::string> out;
     for (size_t i = 0; i < r.patterns.size(); ++i) {
-        const std::string& pattern = r.patterns[i];
-        std::string text = i < r.descriptions.size() ? r.descriptions[i] : pattern;
+        // "*.*" means every file, as on the system the patterns come from; Qt would
+        // read it as names holding a dot and hide executables, which have none.
+        const std::string pattern = r.patterns[i] == "*.*" ? std::string("*") : r.patterns[i];
+        std::string text = i < r.descriptions.size() ? r.descriptions[i] : r.patterns[i];
         // "*.sam (sample files)" reads as "sample files (*.sam)": Qt takes the last
         // parenthesis of a filter as its patterns.
         const auto open = text.find('(');

@@ -11,7 +11,7 @@ public:
 };
 
 // The Qt name filters for a chooser: "sample files (*.sam)" for the pattern "*.sam"
-// with the description "*.sam (sample files)".
+// with the description "*.sam (sample files)"; "*.*" lists every file, "(*)".
 std::vector<std::string> fileFilters(const FileRequest& request);
 
 }  // namespace tarvex
