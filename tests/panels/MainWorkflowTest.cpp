@@ -225,6 +225,43 @@ TEST_F(MainWorkflow, TheDescriptionBlocksWordForWord) {
     EXPECT_STREQ(ConfigurationDescription::modelLine(model), "Internal model selection");
 }
 
+TEST_F(MainWorkflow, AnExternalSampleIsDescribedAndCanOnlyBeDiscarded) {
+    const std::string file = dir.file("ext.txt");
+    writeFile(file, "3\n2\np first\nq\n1 2\n3 4\n5 6\n");
+    make();
+    choose(0);
+    dialogs->answerFile(file);
+    press("BImport");
+    ASSERT_EQ(dialogs->choosers.size(), 1u);
+    EXPECT_EQ(dialogs->choosers[0].title, "Open external file");
+    EXPECT_EQ(dialogs->choosers[0].patterns, Strings{"*.*"});
+    EXPECT_EQ(dialogs->choosers[0].descriptions, Strings{"*.* (all files)"});
+    EXPECT_EQ(panel->getLabel("MlPrepVels"), "External samples file loaded");
+    EXPECT_EQ(panel->getLabel("TImportFile"), file);
+    const PrepConfiguration& prep = panel->project().prep;
+    EXPECT_EQ(panel->getText("TeConfiguration"),
+              "External Configuration\nTotal factors: 2\nSampling method selected: " + prep.sampler->methodName() +
+                  "\nCorrelation method selected: unknown\nGenerated sample size: 3\nSample file:\n   " +
+                  prep.sampleFile);
+
+    // It can't be edited: kept on "No", replaced by an empty one on "Yes".
+    choose(2);
+    dialogs->answerMessage(0);
+    press("BConfigure");
+    ASSERT_EQ(dialogs->messages.size(), 1u);
+    EXPECT_EQ(messages()[0], "External configuration|An external configuration\nhas been loaded and can't be edited,\n"
+                             "do you want to discard it?");
+    EXPECT_EQ(dialogs->messages[0].firstLabel + "/" + dialogs->messages[0].secondLabel, "Yes/No");
+    EXPECT_EQ(panel->project().prep.external, 1);
+    EXPECT_EQ(panel->getLabel("TImportFile"), file);
+    dialogs->answerMessage(1);
+    press("BConfigure");
+    EXPECT_EQ(panel->project().prep.external, 0);
+    EXPECT_EQ(panel->getLabel("TImportFile"), "");
+    EXPECT_EQ(panel->getLabel("MlPrepVels"), "New configuration for sample set creation");
+    EXPECT_EQ(panel->getText("TeConfiguration").substr(0, 23), "Internal Configuration\n");
+}
+
 // ------------------------------------------------------------ launch request
 
 TEST_F(MainWorkflow, TheLaunchRequestLoadsAtOnceAndAppliesItsModelAfterTheLastLine) {
