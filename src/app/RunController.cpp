@@ -201,12 +201,12 @@ int RunController::takeSample(int (PrepConfiguration::*read)(const std::string&)
     return 1;
 }
 
-int RunController::loadResultsFile(const std::string& path) {
+int RunController::loadResultsFile(const std::string& path, bool report) {
     if (busy_) return 1;
     // The reader fills temporaries and changes the three parts only when all
     // three were read.
     if (!loadPostprocessorFile(path, project_.prep, project_.model, project_.vels)) {
-        ui_.message(MessageKind::Error, kErrorTitle, kReadVelsFileErrorText);
+        if (report) ui_.message(MessageKind::Error, kErrorTitle, kReadVelsFileErrorText);
         return 0;
     }
     project_.hasPrep = 1;

@@ -89,7 +89,9 @@ public:
     // A .sam file, an external sample file, a post-processor file (.spc, .dem).
     [[nodiscard]] int loadSampleFile(const std::string& path);
     [[nodiscard]] int importSampleFile(const std::string& path);
-    [[nodiscard]] int loadResultsFile(const std::string& path);
+    // `report` false leaves a failure to the caller, which has a message of its
+    // own (a demonstration case): a failed load is reported once.
+    [[nodiscard]] int loadResultsFile(const std::string& path, bool report = true);
     // 0 or 1; any other value is refused with 0.
     [[nodiscard]] int setDemoMode(int32_t value);
     // An empty Prep part in place of the current one: the Vels part is reset

@@ -11,6 +11,7 @@
 
 #include "common/Environment.h"
 #include "panels/layer/Dialogs.h"
+#include "panels/layer/EventQueue.h"
 #include "panels/layer/HelpSystem.h"
 #include "panels/layer/Panel.h"
 #include "panels/layer/ScriptedDialogs.h"
@@ -58,6 +59,17 @@ class ModalHook {
 public:
     explicit ModalHook(std::function<int(Panel&)> hook) { Panel::setModalHook(std::move(hook)); }
     ~ModalHook() { Panel::setModalHook(nullptr); }
+};
+
+// Replaces what a long operation's drain of the event queue does, for the scope of a
+// test: the hook sees the progress panel as the user would at that step, and may press
+// its stop button or click elsewhere.
+class DrainHook {
+public:
+    explicit DrainHook(std::function<int()> hook) { EventQueue::setDrainHook(std::move(hook)); }
+    ~DrainHook() { EventQueue::setDrainHook(nullptr); }
+    DrainHook(const DrainHook&) = delete;
+    DrainHook& operator=(const DrainHook&) = delete;
 };
 
 // Keeps a picture of a panel as the user sees it, when the run asks for pictures:

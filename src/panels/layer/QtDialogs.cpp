@@ -11,17 +11,17 @@ namespace tarvex {
 std::vector<std::string> fileFilters(const FileRequest& r) {
     std::vector<std::string> out;
     for (size_t i = 0; i < r.patterns.size(); ++i) {
-        const std::string& pattern = r.patterns[i];
-        std::string text = i < r.descriptions.size() ? r.descriptions[i] : pattern;
+        // "*.*" means every file, as on the system the patterns come from; Qt would
+        // read it as names holding a dot and hide executables, which have none.
+        const std::string pattern = r.patterns[i] == "*.*" ? std::string("*") : r.patterns[i];
+        std::string text = i < r.descriptions.size() ? r.descriptions[i] : r.patterns[i];
         // "*.sam (sample files)" reads as "sample files (*.sam)": Qt takes the last
         // parenthesis of a filter as its patterns.
         const auto open = text.find('(');
         const auto close = text.rfind(')');
         if (open != std::string::npos && close != std::string::npos && close > open)
             text = text.substr(open + 1, close - open - 1);
-        // "*.*" means every file, executables without a dot in their names included;
-        // Qt would read it as names that hold a dot.
-        out.push_back(text + " (" + (pattern == "*.*" ? std::string("*") : pattern) + ")");
+        out.push_back(text + " (" + pattern + ")");
     }
     return out;
 }

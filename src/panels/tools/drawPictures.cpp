@@ -144,6 +144,44 @@ struct Card {
 
 }  // namespace
 
+// One frame of the external model's animation: a cog wheel turned by frame/14 of a
+// tooth pitch and a dot that walks round the rim, so that seven frames side by side
+// read as a moving wheel.
+QImage taskFrame(int frame) {
+    constexpr int kFrames = 14;
+    QImage img = canvas(36, 36);
+    QPainter p(&img);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.translate(18, 18);
+    const double turn = 360.0 * frame / kFrames;
+    p.rotate(turn / 7.0);
+    QPainterPath cog;
+    constexpr int kTeeth = 8;
+    for (int t = 0; t < kTeeth; ++t) {
+        const double a0 = 2 * M_PI * t / kTeeth;
+        const double a1 = a0 + M_PI / kTeeth;
+        const double pts[4][2] = {{a0, 15}, {a0 + 0.12, 15}, {a1 - 0.12, 11.5}, {a1 + M_PI / kTeeth, 11.5}};
+        for (int k = 0; k < 4; ++k) {
+            const QPointF q(pts[k][1] * std::cos(pts[k][0]), pts[k][1] * std::sin(pts[k][0]));
+            if (t == 0 && k == 0) cog.moveTo(q);
+            else cog.lineTo(q);
+        }
+    }
+    cog.closeSubpath();
+    cog.addEllipse(QPointF(0, 0), 4.5, 4.5);
+    cog.setFillRule(Qt::OddEvenFill);
+    p.setPen(QPen(QColor(60, 60, 70), 1.2));
+    p.setBrush(QColor(150, 160, 175));
+    p.drawPath(cog);
+    p.resetTransform();
+    p.translate(18, 18);
+    p.rotate(turn);
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor::fromHsv((frame * 360 / kFrames) % 360, 200, 230));
+    p.drawEllipse(QPointF(0, -8), 3.2, 3.2);
+    return img;
+}
+
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
     if (argc < 2) {
@@ -159,6 +197,7 @@ int main(int argc, char** argv) {
     ok &= save(arrow(false), "bitmaps/arrow.png");
     ok &= save(arrow(true), "bitmaps/arrowDown.png");
     ok &= save(logo(), "bitmaps/tarvex.png");
+    for (int f = 0; f < 14; ++f) ok &= save(taskFrame(f), QString("bitmaps/task%1.png").arg(f + 1));
 
     const QColor hint(40, 110, 90);
     const Card hints[] = {
