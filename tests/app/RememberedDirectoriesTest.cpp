@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "TestSupport.h"
 #include "app/ConfigDatFile.h"
@@ -32,6 +33,18 @@ struct Tree {
     }
     std::string dir(const char* name) const { return dirs.file(name); }
 };
+
+// Prep, Vels, Model and ModelOutput in file order, "-" for one not set.
+std::vector<std::string> remembered(const RememberedDirectories& d) {
+    std::vector<std::string> all;
+    for (int i = 0; i < RememberedDirectories::kCount; ++i) {
+        const auto which = static_cast<RememberedDirectories::Which>(i);
+        all.push_back(d.isSet(which) ? d.get(which) : "-");
+    }
+    return all;
+}
+
+using Strings = std::vector<std::string>;
 
 }  // namespace
 
@@ -71,10 +84,7 @@ TEST(ConfigDat, RoundTripWithNullAsEmptyLineAndOneExtraEmptyLine) {
 
     RememberedDirectories back;
     ASSERT_EQ(ConfigDatFile::read(path, back), 1);
-    EXPECT_EQ(back.prepDirectory(), t.dir("a"));
-    EXPECT_FALSE(back.isSet(RememberedDirectories::Vels));
-    EXPECT_FALSE(back.isSet(RememberedDirectories::Model));
-    EXPECT_EQ(back.modelOutputDirectory(), t.dir("d"));
+    EXPECT_EQ(remembered(back), (Strings{t.dir("a"), "-", "-", t.dir("d")}));
     // The current directory is the last listed one that exists.
     EXPECT_EQ(fs::current_path(), fs::path(t.dir("d")));
 }
@@ -85,10 +95,7 @@ TEST(ConfigDat, ReadAtConstructionWrittenAtDestruction) {
     writeFile(t.env.configDatPath(), t.dir("a") + "\n" + t.dir("b") + "\n" + t.dir("c") + "\n" + t.dir("d") + "\n\n");
     {
         ConfigDatFile holder(t.env);
-        EXPECT_EQ(t.env.directories().prepDirectory(), t.dir("a"));
-        EXPECT_EQ(t.env.directories().velsDirectory(), t.dir("b"));
-        EXPECT_EQ(t.env.directories().modelDirectory(), t.dir("c"));
-        EXPECT_EQ(t.env.directories().modelOutputDirectory(), t.dir("d"));
+        EXPECT_EQ(remembered(t.env.directories()), (Strings{t.dir("a"), t.dir("b"), t.dir("c"), t.dir("d")}));
         EXPECT_EQ(fs::current_path(), fs::path(t.dir("d")));
         ASSERT_EQ(t.env.directories().setVelsDirectory(t.dir("c")), 1);
         writeFile(t.env.configDatPath(), "overwritten when the holder goes\n");
@@ -103,10 +110,7 @@ TEST(ConfigDat, ShortFileSetsWhatIsThereAndNothingElse) {
     ASSERT_EQ(t.env.directories().setModelDirectory(t.dir("c")), 1);  // set earlier in the run
     writeFile(t.env.configDatPath(), t.dir("a") + "\n" + t.dir("b"));  // two lines, no final line end
     { ConfigDatFile holder(t.env); }
-    EXPECT_EQ(t.env.directories().prepDirectory(), t.dir("a"));
-    EXPECT_EQ(t.env.directories().velsDirectory(), t.dir("b"));
-    EXPECT_EQ(t.env.directories().modelDirectory(), t.dir("c"));
-    EXPECT_FALSE(t.env.directories().isSet(RememberedDirectories::ModelOutput));
+    EXPECT_EQ(remembered(t.env.directories()), (Strings{t.dir("a"), t.dir("b"), t.dir("c"), "-"}));
     EXPECT_EQ(readFile(t.env.configDatPath()), t.dir("a") + "\n" + t.dir("b") + "\n" + t.dir("c") + "\n\n\n");
 }
 
@@ -115,10 +119,7 @@ TEST(ConfigDat, VanishedDirectoriesStayNullAndTheRestApply) {
     CurrentDirGuard guard(fs::current_path());
     writeFile(t.env.configDatPath(), t.dir("a") + "\n" + t.dir("gone") + "\n" + t.dir("c") + "\n" + t.dir("gone2") + "\n\n");
     { ConfigDatFile holder(t.env); }
-    EXPECT_EQ(t.env.directories().prepDirectory(), t.dir("a"));
-    EXPECT_FALSE(t.env.directories().isSet(RememberedDirectories::Vels));
-    EXPECT_EQ(t.env.directories().modelDirectory(), t.dir("c"));
-    EXPECT_FALSE(t.env.directories().isSet(RememberedDirectories::ModelOutput));
+    EXPECT_EQ(remembered(t.env.directories()), (Strings{t.dir("a"), "-", t.dir("c"), "-"}));
     EXPECT_EQ(fs::current_path(), fs::path(t.dir("c")));
     EXPECT_EQ(readFile(t.env.configDatPath()), t.dir("a") + "\n\n" + t.dir("c") + "\n\n\n");
 }
@@ -128,8 +129,7 @@ TEST(ConfigDat, MissingFileLeavesTheDirectoriesNullAndIsWrittenAtTheEnd) {
     const fs::path before = fs::current_path();
     {
         ConfigDatFile holder(t.env);
-        for (int i = 0; i < RememberedDirectories::kCount; ++i)
-            EXPECT_FALSE(t.env.directories().isSet(static_cast<RememberedDirectories::Which>(i)));
+        EXPECT_EQ(remembered(t.env.directories()), Strings(4, "-"));
         EXPECT_EQ(fs::current_path(), before);
     }
     EXPECT_EQ(readFile(t.env.configDatPath()), "\n\n\n\n\n");
@@ -145,10 +145,7 @@ TEST(ConfigDat, OverLongLineStopsTheReading) {
     fs::create_directories(deep);
     writeFile(t.env.configDatPath(), t.dir("a") + "\n" + deep + "\n" + t.dir("c") + "\n" + t.dir("d") + "\n\n");
     { ConfigDatFile holder(t.env); }
-    EXPECT_EQ(t.env.directories().prepDirectory(), t.dir("a"));
-    EXPECT_FALSE(t.env.directories().isSet(RememberedDirectories::Vels));
-    EXPECT_FALSE(t.env.directories().isSet(RememberedDirectories::Model));
-    EXPECT_FALSE(t.env.directories().isSet(RememberedDirectories::ModelOutput));
+    EXPECT_EQ(remembered(t.env.directories()), (Strings{t.dir("a"), "-", "-", "-"}));
     EXPECT_EQ(fs::current_path(), fs::path(t.dir("a")));
 }
 

@@ -72,28 +72,23 @@ TEST(BatchProgram, BadUsageExitsWithTwoAndAUsageLine) {
 TEST(BatchProgram, FailuresExitWithOneAndTheProgramsMessage) {
     ScratchDir dir;
     const std::string fac = writeFactorFile(dir);
-    const BatchRun missing = runProgram(dir, {"sample", dir.file("none.fac"), "-o", dir.file("x.sam"), "-m", "latin",
-                                              "-n", "5"});
-    EXPECT_EQ(missing.status, 1);
-    EXPECT_EQ(missing.err, "tarvex-batch: Error opening factors file\n");
-
     writeFile(dir.file("bad.fac"), "Default Truncations:\n0.001\t0.999\n\n1 Distributions:\nGaussian\nx\n\n1\t0\t1\n");
-    const BatchRun unreadable = runProgram(dir, {"sample", dir.file("bad.fac"), "-o", dir.file("x.sam"), "-m",
-                                                 "latin", "-n", "5"});
-    EXPECT_EQ(unreadable.status, 1);
-    EXPECT_EQ(unreadable.err, "tarvex-batch: Error reading factors file\n");
-
     // A directory where the sample file should go cannot be written.
     std::filesystem::create_directory(dir.file("taken.sam"));
-    const BatchRun unwritable = runProgram(dir, {"sample", fac, "-o", dir.file("taken.sam"), "-m", "latin", "-n",
-                                                 "5", "-q"});
-    EXPECT_EQ(unwritable.status, 1);
-    EXPECT_EQ(unwritable.err,
-              "tarvex-batch: Error trying to write to the Sample file.\nIs it locked by another application?\n");
-
-    const BatchRun spc = runProgram(dir, {"analyse", dir.file("none.spc")});
-    EXPECT_EQ(spc.status, 1);
-    EXPECT_EQ(spc.err, "tarvex-batch:   Error reading UA/SA file\n");
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{"sample", dir.file("none.fac"), "-o", dir.file("x.sam"), "-m", "latin", "-n", "5"},
+         "Error opening factors file\n"},
+        {{"sample", dir.file("bad.fac"), "-o", dir.file("x.sam"), "-m", "latin", "-n", "5"},
+         "Error reading factors file\n"},
+        {{"sample", fac, "-o", dir.file("taken.sam"), "-m", "latin", "-n", "5", "-q"},
+         "Error trying to write to the Sample file.\nIs it locked by another application?\n"},
+        {{"analyse", dir.file("none.spc")}, "  Error reading UA/SA file\n"},
+    };
+    for (const auto& [args, message] : cases) {
+        const BatchRun run = runProgram(dir, args);
+        EXPECT_EQ(run.status, 1) << message;
+        EXPECT_EQ(run.err, "tarvex-batch: " + message);
+    }
 
     // And a success, for contrast: the result on standard output only.
     const BatchRun made = runProgram(dir, {"sample", fac, "-o", dir.file("x.sam"), "-m", "latin", "-n", "5", "-q"});

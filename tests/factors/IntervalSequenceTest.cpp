@@ -1,6 +1,9 @@
 // The interval and point sequences of Uniform, LogUniform and Discrete.
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+
 #include "factors/Discrete.h"
 #include "factors/LogUniform.h"
 
@@ -83,14 +86,12 @@ TEST(IntervalSequence, CopyKeepsOnlyValidWeights) {
     Discrete d = points({{1.0, 0.0}, {2.0, 1.5}, {3.0, 0.25}, {4.0, 1.0}});
     Discrete dc(d);
     ASSERT_EQ(dc.count(), 4);
-    EXPECT_EQ(dc.intervalAt(0)->weight, 1.0);
-    EXPECT_EQ(dc.intervalAt(0)->errorText(), "Weight value error");
-    EXPECT_EQ(dc.intervalAt(1)->weight, 1.0);
-    EXPECT_EQ(dc.intervalAt(1)->errorText(), "Weight value error");
-    EXPECT_EQ(dc.intervalAt(2)->weight, 0.25);
-    EXPECT_EQ(dc.intervalAt(2)->errorText(), "");
-    EXPECT_EQ(dc.intervalAt(3)->weight, 1.0);
-    EXPECT_EQ(dc.intervalAt(3)->errorText(), "");
+    const char* const error = "Weight value error";
+    const std::pair<double, std::string> expected[] = {{1.0, error}, {1.0, error}, {0.25, ""}, {1.0, ""}};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(dc.intervalAt(i)->weight, expected[i].first) << i;
+        EXPECT_EQ(dc.intervalAt(i)->errorText(), expected[i].second) << i;
+    }
     EXPECT_EQ(dc.intervalAt(1)->left, 2.0);
     EXPECT_EQ(dc.intervalAt(1)->right, 3.0);
 
@@ -111,14 +112,10 @@ TEST(IntervalSequence, CopyKeepsOnlyValidWeights) {
 
 TEST(IntervalSequence, DiscreteInverseTiesAndEnd) {
     Discrete d = points({{1.0, 0.2}, {2.0, 0.3}, {3.0, 0.5}});
-    EXPECT_EQ(d.discreteInverse(0.0), 1.0);
-    EXPECT_EQ(d.discreteInverse(0.19), 1.0);
-    EXPECT_EQ(d.discreteInverse(0.2), 2.0);  // equal to a running sum: next point
-    EXPECT_EQ(d.discreteInverse(0.49), 2.0);
-    EXPECT_EQ(d.discreteInverse(0.51), 3.0);
-    EXPECT_EQ(d.discreteInverse(0.999), 3.0);
-    EXPECT_EQ(d.discreteInverse(1.0), 3.0);  // at the total: the last point
-    EXPECT_EQ(d.discreteInverse(7.0), 3.0);
+    // Equal to a running sum (0.2): the next point; at the total and beyond: the last.
+    for (auto [u, x] : {std::pair{0.0, 1.0}, {0.19, 1.0}, {0.2, 2.0}, {0.49, 2.0}, {0.51, 3.0}, {0.999, 3.0},
+                        {1.0, 3.0}, {7.0, 3.0}})
+        EXPECT_EQ(d.discreteInverse(u), x) << u;
 
     // Cumulative: stops at the first point above x, in stored order.
     EXPECT_EQ(d.cumulative(0.5), 0.0);

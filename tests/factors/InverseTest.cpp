@@ -1,5 +1,5 @@
 // The inverse cumulative table and the inverse of every class, against Boost
-// quantiles with the truncation rescaling applied.
+// cumulatives with the truncation rescaling applied.
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -34,14 +34,12 @@ namespace bm = boost::math;
 struct Case {
     std::string label;
     std::unique_ptr<Distribution> factor;
-    std::function<double(double)> quantile;  // independent reference
-    std::function<double(double)> cdf;       // independent reference
+    std::function<double(double)> cdf;  // independent reference
 };
 
 template <class Dist>
 Case boostCase(std::string label, std::unique_ptr<Distribution> f, Dist d, double shift = 0.0, double scale = 1.0) {
-    return {std::move(label), std::move(f), [=](double v) { return shift + scale * bm::quantile(d, v); },
-            [=](double x) { return bm::cdf(d, std::clamp((x - shift) / scale, bm::support(d).first, bm::support(d).second)); }};
+    return {std::move(label), std::move(f), [=](double x) { return bm::cdf(d, std::clamp((x - shift) / scale, bm::support(d).first, bm::support(d).second)); }};
 }
 
 std::vector<Case> allCases() {
@@ -97,21 +95,18 @@ std::vector<Case> allCases() {
         EXPECT_EQ(t->setParameters(-1.0, 0.5, 4.0), 1);
         cases.push_back(boostCase("Triangular(-1,0.5,4)", std::move(t), bm::triangular_distribution<>(-1.0, 0.5, 4.0)));
     }
-    cases.push_back({"Uniform[0,1]", std::make_unique<Uniform>(), [](double v) { return v; },
-                     [](double x) { return std::clamp(x, 0.0, 1.0); }});
+    cases.push_back({"Uniform[0,1]", std::make_unique<Uniform>(), [](double x) { return std::clamp(x, 0.0, 1.0); }});
     {
         auto u = std::make_unique<Uniform>();
         u->intervalAt(0)->weight = 0.25;
         EXPECT_EQ(u->addInterval(std::make_unique<Interval>(2.0, 4.0, 0.75)), 1);
-        cases.push_back({"Uniform[0,1]0.25+[2,4]0.75", std::move(u),
-                         [](double v) { return v < 0.25 ? v / 0.25 : 2.0 + (v - 0.25) / 0.75 * 2.0; },
-                         [](double x) {
+        cases.push_back({"Uniform[0,1]0.25+[2,4]0.75", std::move(u), [](double x) {
                              if (x < 1.0) return std::max(x, 0.0) * 0.25;
                              if (x < 2.0) return 0.25;
                              return 0.25 + std::min(x - 2.0, 2.0) / 2.0 * 0.75;
                          }});
     }
-    cases.push_back({"LogUniform[1,e]", std::make_unique<LogUniform>(), [](double v) { return std::exp(v); },
+    cases.push_back({"LogUniform[1,e]", std::make_unique<LogUniform>(),
                      [](double x) { return std::clamp(std::log(x), 0.0, 1.0); }});
     return cases;
 }
@@ -152,11 +147,9 @@ TEST(Inverse, TableHasPercentilesAndEnds) {
 }
 
 TEST(Inverse, MatchesReferenceQuantilesOverAGrid) {
-    std::printf("%-30s %14s %14s\n", "class", "max |x - xref|", "max |F(x) - v|");
     for (Case& c : allCases()) {
         Distribution& f = *c.factor;
         ASSERT_EQ(f.prepareInverse(), 1) << c.label;
-        double worstX = 0.0, worstP = 0.0;
         std::vector<double> us;
         for (int k = 0; k < 1000; ++k) us.push_back((k + 0.5) / 1000.0);
         for (double u : {1e-6, 0.01, 0.5, 0.73, 0.99, 1.0 - 1e-6}) us.push_back(u);
@@ -164,17 +157,12 @@ TEST(Inverse, MatchesReferenceQuantilesOverAGrid) {
             const double v = rescaled(f, u);
             if (c.label.rfind("Uniform[0,1]0.25", 0) == 0 && std::fabs(v - 0.25) < 1e-6) continue;  // the gap
             const double x = f.inverse(u);
-            const double xref = c.quantile(v);
             const double tol = probabilityTolerance(f, v);
             // x is the v-quantile of the reference law up to the search tolerance...
             EXPECT_NEAR(c.cdf(x), v, tol) << c.label << " u=" << u;
             // ...and the factor's own cumulative returns to v.
             EXPECT_NEAR(f.cumulative(x), v, tol) << c.label << " u=" << u;
-            worstX = std::max(worstX, std::fabs(x - xref));
-            worstP = std::max(worstP, std::fabs(c.cdf(x) - v));
         }
-        std::printf("%-30s %14.3e %14.3e\n", c.label.c_str(), worstX, worstP);
-        RecordProperty(c.label + " max x error", std::to_string(worstX));
         f.clearTable();
     }
 }
@@ -255,21 +243,21 @@ TEST(Inverse, ColumnFormMatchesOneByOneBitForBit) {
         ASSERT_EQ(u->addInterval(std::make_unique<Interval>(-5.0, -4.0, 0.2)), 1);
         ASSERT_EQ(u->addInterval(std::make_unique<Interval>(-4.0, 0.5, 0.3)), 1);
         ASSERT_EQ(u->addInterval(std::make_unique<Interval>(7.0, 7.25, 0.5)), 1);
-        cases.push_back({"Uniform three intervals", std::move(u), nullptr, nullptr});
+        cases.push_back({"Uniform three intervals", std::move(u), nullptr});
     }
     {
         auto lu = std::make_unique<LogUniform>();
         lu->clear();
         ASSERT_EQ(lu->addInterval(std::make_unique<LogInterval>(0.01, 0.1, 0.6)), 1);
         ASSERT_EQ(lu->addInterval(std::make_unique<LogInterval>(10.0, 1000.0, 0.4)), 1);
-        cases.push_back({"LogUniform two decades apart", std::move(lu), nullptr, nullptr});
+        cases.push_back({"LogUniform two decades apart", std::move(lu), nullptr});
     }
     {
         auto ln = std::make_unique<LogNormal>();
         ASSERT_EQ(ln->setMean(1.0), 1);
         ASSERT_EQ(ln->setStdDeviation(0.4), 1);
         ASSERT_EQ(ln->setTruncations(0.2, 0.6), 1);
-        cases.push_back({"LogNormal truncated", std::move(ln), nullptr, nullptr});
+        cases.push_back({"LogNormal truncated", std::move(ln), nullptr});
     }
     for (Case& c : cases) {
         Distribution& f = *c.factor;

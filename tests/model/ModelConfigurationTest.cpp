@@ -360,12 +360,7 @@ struct CommaPunct : std::numpunct<char> {
 TEST(ModelConfiguration, RecordsIgnoreTheStreamsLocale) {
     ModelConfiguration c;
     c.setInternalModel(linearModel());
-    sampValues samples;
-    ASSERT_EQ(samples.allocate(2), 1);
-    for (int r = 0; r < 12; ++r) {
-        const double row[2] = {r + 0.5, 10.25};
-        ASSERT_NE(samples.addRow(row), 0);
-    }
+    sampValues samples = rows(12, 2);
     ASSERT_EQ(c.prepareInternalRun(12), 1);
     ASSERT_EQ(c.advanceInternalRun(samples, 100.0f), 100);
     std::ostringstream plain;
@@ -375,7 +370,7 @@ TEST(ModelConfiguration, RecordsIgnoreTheStreamsLocale) {
     local.imbue(comma);
     c.write(local);
     EXPECT_EQ(local.str(), plain.str());
-    EXPECT_NE(plain.str().find("Run 11\n1\nt=0\t21.75\t117.875\t\n"), std::string::npos);
+    EXPECT_NE(plain.str().find("Run 11\n1\nt=0\t22.75\t129.375\t\n"), std::string::npos);  // 11.25 and 11.5
     EXPECT_EQ(local.getloc().name(), comma.name());
 
     std::istringstream in("\n" + local.str());

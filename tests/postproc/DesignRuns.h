@@ -1,22 +1,16 @@
 #pragma once
 // Samples of the program's own designs run through models evaluated here,
-// the analytic fractions they are checked against, and the round trip of a
-// result through the post-processor file.
+// and the analytic fractions they are checked against.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <numbers>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "../sampling/SamplingFixtures.h"
-#include "model/ModelConfiguration.h"
 #include "postproc/OutputTable.h"
-#include "postproc/PostprocessorFile.h"
-#include "postproc/VelsConfiguration.h"
 #include "sampling/GenerationLoop.h"
 #include "sampling/PrepConfiguration.h"
 
@@ -74,41 +68,6 @@ std::vector<double> valuesOf(const Stats& stats, Getter get, int32_t variable) {
     std::vector<double> v(stats.records.size());
     EXPECT_EQ((stats.*get)(variable, v.data()), 1);
     return v;
-}
-
-// `stats` through the text of a .spc file and back: the same class, counts,
-// names, groups and kinds, the values at six digits (NaN as NaN).
-template <class Stats>
-const Stats* roundTrip(const PrepConfiguration& prep, const Stats& stats, VelsConfiguration& back) {
-    VelsConfiguration vels;
-    vels.setOutputs(1, {"Y"});
-    for (int32_t v = 0; v < stats.variableCount; ++v) EXPECT_EQ(vels.addVariable("Y" + std::to_string(v)), 1);
-    vels.adoptSensitivity(stats);
-    std::stringstream file;
-    writePostprocessorText(file, prep, ModelConfiguration(), vels);
-    PrepConfiguration prepBack;
-    ModelConfiguration modelBack;
-    EXPECT_EQ(readPostprocessorText(file, prepBack, modelBack, back), 1);
-    const auto* read = dynamic_cast<const Stats*>(back.sensitivity.get());
-    if (read == nullptr) return nullptr;
-    EXPECT_EQ(read->computed, 1);
-    EXPECT_EQ(read->factorCount, stats.factorCount);
-    EXPECT_EQ(read->records.size(), stats.records.size());
-    for (size_t r = 0; r < std::min(read->records.size(), stats.records.size()); ++r) {
-        const IndexRecord &a = stats.records[r], &b = read->records[r];
-        EXPECT_EQ(b.name, a.name);
-        EXPECT_EQ(b.kind, a.kind);
-        EXPECT_EQ(b.groupNames, a.groupNames);
-        EXPECT_EQ(b.values.size(), a.values.size()) << a.name;
-        for (size_t i = 0; i < std::min(a.values.size(), b.values.size()); ++i) {
-            if (std::isnan(a.values[i])) {
-                EXPECT_TRUE(std::isnan(b.values[i])) << a.name;
-            } else {
-                EXPECT_NEAR(b.values[i], a.values[i], 5e-6 * std::fabs(a.values[i])) << a.name;
-            }
-        }
-    }
-    return read;
 }
 
 }  // namespace tarvex::test

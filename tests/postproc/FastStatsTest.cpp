@@ -18,7 +18,6 @@ namespace {
 
 using test::Ishigami;
 using test::valuesOf;
-using testing::constantFactor;
 using testing::uniformFactor;
 
 constexpr double kPi = std::numbers::pi;
@@ -34,13 +33,9 @@ const double kCaptured = (1.0 + 1.0 / 81.0) * 96.0 / (kPi * kPi * kPi * kPi);
 double seen(double share, int32_t n) { return share * kCaptured * double(n - 1) / double(n); }
 constexpr double kLinearTolerance = 2e-3;
 
-PrepConfiguration fastPrep(int32_t mode, int32_t n, const std::vector<const char*>& factors, double low = 0.0,
+PrepConfiguration fastPrep(int32_t mode, int32_t n, const std::vector<std::string>& factors, double low = 0.0,
                            double high = 1.0) {
-    PrepConfiguration prep;
-    for (const char* name : factors)
-        EXPECT_EQ(prep.factors.addFactor(name[0] == 'k' ? std::unique_ptr<Factor>(constantFactor(name, 4.0))
-                                                        : std::unique_ptr<Factor>(uniformFactor(name, low, high))),
-                  1);
+    PrepConfiguration prep = test::factorsOf(factors, low, high, 4.0);
     auto s = std::make_unique<FastSampler>();
     EXPECT_EQ(s->setAnalysisMode(mode) + s->setSamples(n) + s->setSeed(7), 3);
     prep.sampler = std::move(s);
@@ -169,14 +164,10 @@ TEST(FastStats, GroupsTheirFileBlockAndTable) {
     EXPECT_EQ(valuesOf(stats, &FastStats::totalOrder, 2), std::vector<double>(2, 0.0));
 
     // typeId, factorCount, variableCount, recordCount, then the records.
-    std::ostringstream block;
-    stats.write(block);
+    std::unique_ptr<SensitivityStats> read;
     const std::string start = "2\n4\n3\n2\nindexes = yes\ng1\n3\t \t";
-    EXPECT_EQ(block.str().substr(0, start.size()), start);
-    VelsConfiguration back;
-    const FastStats* read = test::roundTrip(prep, stats, back);
+    EXPECT_EQ(test::roundTripBlock(prep, stats, &read).substr(0, start.size()), start);
     ASSERT_NE(read, nullptr);
-    EXPECT_EQ(read->recordCount, 2);
     // The file does not hold the mode: a read object writes both sheets, a
     // classic one the first only.
     ResultTableRequest request{{1}, {"Z"}, {}, 0, 0};
@@ -197,12 +188,7 @@ TEST(FastStats, RefusedDesignsAndTables) {
     test::runModels(prep, {[](const double* x) { return x[0] - x[1]; }}, table);
     FastStats stats;
     stats.variableCount = 1;
-    OutputTable cut;
-    ASSERT_EQ(cut.allocate(1), 1);
-    for (int32_t r = 0; r + 1 < table.rowCount(); ++r) {
-        const double y = table.value(r, 0);
-        ASSERT_GT(cut.addRow(&y), 0);
-    }
+    OutputTable cut = test::withoutLastRun(table);
     EXPECT_EQ(stats.compute(prep, cut), 0);
     EXPECT_EQ(stats.errorText, "The FAST design needs 200 runs, the output table holds 199");
     EXPECT_EQ(stats.computed, 0);

@@ -13,7 +13,9 @@
 #include "common/Environment.h"
 #include "model/MessageSink.h"
 #include "model/ModelConfiguration.h"
+#include "postproc/OutputTable.h"
 #include "postproc/PostprocessorFile.h"
+#include "postproc/SensitivityStats.h"
 #include "postproc/VelsConfiguration.h"
 #include "sampling/GenerationLoop.h"
 #include "sampling/PrepConfiguration.h"
@@ -38,6 +40,18 @@ inline PrepConfiguration randomPrep(int32_t rows) {
     return prep;
 }
 
+// Uniform factors on [low, high] in the order named; a name that starts with
+// 'k' is a constant of value `constant`.
+inline PrepConfiguration factorsOf(const std::vector<std::string>& names, double low = 0.0, double high = 1.0,
+                                   double constant = 1.0) {
+    PrepConfiguration prep;
+    for (const std::string& name : names)
+        EXPECT_EQ(prep.factors.addFactor(name[0] == 'k' ? std::unique_ptr<Factor>(testing::constantFactor(name, constant))
+                                                        : std::unique_ptr<Factor>(testing::uniformFactor(name, low, high))),
+                  1);
+    return prep;
+}
+
 struct SilentMessages : MessageSink {
     void warning(const std::string&, const std::string&) override {}
     void error(const std::string&, const std::string&) override {}
@@ -51,14 +65,28 @@ inline void readResults(ModelConfiguration& model, const ScratchDir& dir, const 
     EXPECT_EQ(model.readModelOutput(messages), 1);
 }
 
-// A table of analysed variables given column by column (all of one length).
-inline void fillTable(OutputTable& table, const std::vector<std::vector<double>>& columns) {
+// A table (of analysed variables, or a sample) given column by column, all
+// of one length.
+inline void fillTable(sampValues& table, const std::vector<std::vector<double>>& columns) {
     ASSERT_EQ(table.allocate(int32_t(columns.size())), 1);
     std::vector<double> row(columns.size());
     for (std::size_t r = 0; r < columns[0].size(); ++r) {
         for (std::size_t c = 0; c < columns.size(); ++c) row[c] = columns[c][r];
         ASSERT_GT(table.addRow(row.data()), 0);
     }
+}
+
+inline OutputTable tableOf(const std::vector<std::vector<double>>& columns) {
+    OutputTable table;
+    fillTable(table, columns);
+    return table;
+}
+
+// The first column of `table` without its last run.
+inline OutputTable withoutLastRun(OutputTable& table) {
+    std::vector<double> y;
+    for (int32_t r = 0; r + 1 < table.rowCount(); ++r) y.push_back(table.value(r, 0));
+    return tableOf({y});
 }
 
 // A cell of a saved table: right-aligned in 20 characters, then TAB.
@@ -92,6 +120,24 @@ inline std::unique_ptr<SensitivityStats> throughPostprocessorFile(const PrepConf
         back = std::move(velsBack.sensitivity);
     Environment::instance().directories() = saved;
     return back;
+}
+
+// The round trip of a statistics block: `stats` saved in a post-processor
+// file and loaded again comes back as a computed object of its class that
+// writes the very block `stats` wrote (every number at its six digits, "nan"
+// included). Returns that block; the object read goes to `read` if given.
+template <class Stats>
+std::string roundTripBlock(const PrepConfiguration& prep, const Stats& stats, std::unique_ptr<SensitivityStats>* read = nullptr) {
+    std::string block;
+    std::unique_ptr<SensitivityStats> back = throughPostprocessorFile(prep, stats, block);
+    EXPECT_NE(dynamic_cast<const Stats*>(back.get()), nullptr);
+    if (back == nullptr) return block;
+    EXPECT_EQ(back->computed, 1);
+    std::ostringstream again;
+    back->write(again);
+    EXPECT_EQ(again.str(), block);
+    if (read != nullptr) *read = std::move(back);
+    return block;
 }
 
 }  // namespace tarvex::test

@@ -19,13 +19,6 @@ namespace {
 
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
-// Equal at six significant digits, or the same non-finite value.
-bool sixDigitsEqual(double a, double b) {
-    if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
-    if (std::isinf(a) || std::isinf(b)) return a == b;
-    return std::fabs(a - b) <= 5e-6 * std::max(std::fabs(a), std::fabs(b));
-}
-
 std::string velsText(const VelsConfiguration& vels) {
     std::ostringstream out;
     vels.write(out);
@@ -60,22 +53,11 @@ protected:
         stats->computed = 1;
         vels.sensitivity = std::move(stats);
 
-        OutputTable table;
-        EXPECT_EQ(table.allocate(2), 1);
-        const double rows[3][2] = {{1.0 / 7.0, 4.0}, {2.0 / 3.0, 4.0}, {5.5, 4.0}};
-        for (const auto& row : rows) EXPECT_GT(table.addRow(row), 0);
+        OutputTable table = test::tableOf({{1.0 / 7.0, 2.0 / 3.0, 5.5}, {4.0, 4.0, 4.0}});
         vels.uncertainty.compute({"Y[max]", "Y[1.5]"}, table);
         vels.uncertainty.setKolmogorovConfidence(0.95);
     }
-    void TearDown() override {
-        for (int k = 0; k < RememberedDirectories::kCount; ++k) {
-            auto which = static_cast<RememberedDirectories::Which>(k);
-            if (saved.isSet(which))
-                (void)Environment::instance().directories().set(which, saved.get(which));
-            else
-                Environment::instance().directories().clear(which);
-        }
-    }
+    void TearDown() override { Environment::instance().directories() = saved; }
 
     test::ScratchDir dir;
     test::CurrentDirGuard guard{dir.path()};
@@ -100,42 +82,15 @@ TEST_F(PostprocessorFile, RoundTripKeepsEverythingAtSixDigits) {
     EXPECT_EQ(modelBack.runCount(), 2);
     EXPECT_EQ(prepBack.samples.rowCount(), 2);
 
-    EXPECT_EQ(back.selectedVariables, vels.selectedVariables);
-    EXPECT_EQ(back.outputs, vels.outputs);
+    // Every field comes back at the six digits it is written with, the
+    // non-finite ones included: what was read writes the text that was saved.
+    ASSERT_EQ(velsText(back), velsText(vels));
     ASSERT_NE(back.sensitivity, nullptr);
     EXPECT_EQ(back.sensitivity->typeId, 1);
-    EXPECT_EQ(back.sensitivity->computed, 1);
-    EXPECT_EQ(back.sensitivity->factorCount, 2);
-    ASSERT_EQ(back.sensitivity->records.size(), 2u);
-    for (std::size_t r = 0; r < 2; ++r) {
-        const IndexRecord& a = vels.sensitivity->records[r];
-        const IndexRecord& b = back.sensitivity->records[r];
-        EXPECT_EQ(b.name, a.name);
-        EXPECT_EQ(b.kind, a.kind);
-        ASSERT_EQ(b.values.size(), a.values.size());
-        for (std::size_t k = 0; k < a.values.size(); ++k)
-            EXPECT_TRUE(sixDigitsEqual(a.values[k], b.values[k])) << a.values[k] << " " << b.values[k];
-    }
-
-    const UaStats& u = vels.uncertainty;
-    const UaStats& v = back.uncertainty;
-    EXPECT_EQ(v.names, u.names);
-    EXPECT_EQ(v.variableCount, 2);
-    EXPECT_EQ(v.sampleSize, 3);
-    EXPECT_EQ(v.kolmogorovConfidence, 0.95);
-    EXPECT_EQ(v.tchebyConfidence, 0.75);
-    for (int32_t c = 0; c < 2; ++c) {
-        for (auto get : {&UaStats::minimum, &UaStats::maximum, &UaStats::mean, &UaStats::std, &UaStats::skewness,
-                         &UaStats::kurtosis})
-            EXPECT_TRUE(sixDigitsEqual((u.*get)(c), (v.*get)(c))) << (u.*get)(c) << " " << (v.*get)(c);
-        for (int k = 0; k < kHistogramBins; ++k) {
-            EXPECT_TRUE(sixDigitsEqual((*u.linearHistogram(c))[k].edge, (*v.linearHistogram(c))[k].edge));
-            EXPECT_EQ((*u.linearHistogram(c))[k].count, (*v.linearHistogram(c))[k].count);
-            EXPECT_TRUE(sixDigitsEqual((*u.logHistogram(c))[k].edge, (*v.logHistogram(c))[k].edge));
-        }
-    }
+    EXPECT_EQ(back.sensitivity->records[0].values[1], -kInf);
+    EXPECT_EQ(back.uncertainty.kolmogorovConfidence, 0.95);
     // The constant column's skewness is 0 / 0: written and read as "nan".
-    EXPECT_TRUE(std::isnan(v.skewness(1)));
+    EXPECT_TRUE(std::isnan(back.uncertainty.skewness(1)));
     // Once rounded, the text no longer changes.
     const std::string first = projectText(prepBack, modelBack, back);
     PrepConfiguration p3;
@@ -182,9 +137,7 @@ TEST_F(PostprocessorFile, RecordLayoutOfTheVelsText) {
     EXPECT_NE(velsText(small).find("indexes = no\n"), std::string::npos);
 
     // The uncertainty block: names, six arrays, then the tables.
-    OutputTable table;
-    ASSERT_EQ(table.allocate(1), 1);
-    for (double x : {1.0, 3.0}) ASSERT_GT(table.addRow(&x), 0);
+    OutputTable table = test::tableOf({{1.0, 3.0}});
     small.sensitivity.reset();
     small.uncertainty.compute({"Y"}, table);
     const std::string text = velsText(small);

@@ -13,13 +13,10 @@
 
 #include "Correlations.h"
 #include "PostprocFixtures.h"
-#include "common/Environment.h"
 #include "common/UniformRandom.h"
 #include "factors/Exponential.h"
-#include "postproc/PostprocessorFile.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/SmirnovStatistic.h"
-#include "postproc/VelsConfiguration.h"
 #include "sampling/LatinSampler.h"
 
 namespace tarvex {
@@ -48,38 +45,18 @@ PrepConfiguration generated(std::unique_ptr<Sampler> sampler, int32_t runs,
     return prep;
 }
 
-// Rows of a store from its columns.
-void fill(sampValues& store, const std::vector<Column>& columns) {
-    EXPECT_EQ(store.allocate(static_cast<int32_t>(columns.size())), 1);
-    Column row(columns.size());
-    for (std::size_t r = 0; r < columns[0].size(); ++r) {
-        for (std::size_t c = 0; c < columns.size(); ++c) row[c] = columns[c][r];
-        EXPECT_GT(store.addRow(row.data()), 0);
-    }
-}
-
 // A sample given column by column; a factor named "k..." is a constant.
 PrepConfiguration handMade(const std::vector<std::string>& names, const std::vector<Column>& columns) {
-    PrepConfiguration prep;
-    for (const std::string& name : names)
-        EXPECT_EQ(prep.factors.addFactor(name[0] == 'k' ? std::unique_ptr<Factor>(constantFactor(name, 0.0))
-                                                        : std::unique_ptr<Factor>(uniformFactor(name))),
-                  1);
-    fill(prep.samples, columns);
+    PrepConfiguration prep = test::factorsOf(names, 0.0, 1.0, 0.0);
+    test::fillTable(prep.samples, columns);
     return prep;
-}
-
-OutputTable outputsOf(const std::vector<Column>& columns) {
-    OutputTable table;
-    fill(table, columns);
-    return table;
 }
 
 // The measures of a hand-made sample; `expected` is what compute returns.
 RegressionStats computeOn(const std::vector<std::string>& names, const std::vector<Column>& x,
                           const std::vector<Column>& y, int expected = 1) {
     PrepConfiguration prep = handMade(names, x);
-    OutputTable outputs = outputsOf(y);
+    OutputTable outputs = test::tableOf(y);
     RegressionStats stats;
     EXPECT_EQ(stats.compute(prep, outputs), expected);
     return stats;
@@ -155,7 +132,7 @@ TEST(RegressionStats, LinearModelGivesCoefficientsTimesSpreadsOverOutputSpread) 
     for (int32_t r = 0; r < n; ++r)
         y[size_t(r)] = coefficient[0] * x[0][size_t(r)] + coefficient[1] * x[1][size_t(r)] +
                        coefficient[2] * x[2][size_t(r)] + 7.0;
-    OutputTable outputs = outputsOf({y});
+    OutputTable outputs = test::tableOf({y});
 
     RegressionStats stats;
     ASSERT_EQ(stats.compute(prep, outputs), 1);
@@ -193,7 +170,7 @@ TEST(RegressionStats, CorrelationsAndSmirnovMatchIndependentValues) {
         y[r] = std::round(10.0 * (std::exp(2.0 * x[0][r]) + 0.3 * x[1][r] * x[1][r] + 0.1 * x[3][r])) / 10.0;
         z[r] = -x[0][r] + 0.1 * x[1][r];
     }
-    OutputTable outputs = outputsOf({y, z});
+    OutputTable outputs = test::tableOf({y, z});
     RegressionStats stats;
     ASSERT_EQ(stats.compute(prep, outputs), 1);
 
@@ -259,7 +236,7 @@ TEST(RegressionStats, PartialAndRegressionMeasuresMatchLeastSquares) {
     Column y(n);
     for (size_t r = 0; r < size_t(n); ++r)
         y[r] = x[0][r] + 2.0 * x[1][r] * x[1][r] + std::sin(3.0 * x[2][r]) + x[0][r] * x[1][r];
-    OutputTable outputs = outputsOf({y});
+    OutputTable outputs = test::tableOf({y});
     RegressionStats stats;
     ASSERT_EQ(stats.compute(prep, outputs), 1);
 
@@ -355,7 +332,7 @@ TEST(RegressionStats, CollinearSingularConstantAndOneRunCases) {
         EXPECT_TRUE(stats.records.empty());
         // Refused before anything changes.
         PrepConfiguration good = handMade({"a", "b"}, {a, b});
-        OutputTable outputs = outputsOf({y}), shorter = outputsOf({Column(n - 1, 0.0)});
+        OutputTable outputs = test::tableOf({y}), shorter = test::tableOf({Column(n - 1, 0.0)});
         ASSERT_EQ(stats.compute(good, outputs), 1);
         EXPECT_EQ(stats.compute(good, shorter), 0);
         EXPECT_EQ(stats.errorText, "The sample has 60 runs and the outputs 59");
@@ -410,7 +387,7 @@ TEST(RegressionStats, ApplyAlphaRedoesOnlyTheFlags) {
     const Column error = noise(n, -7);
     for (size_t r = 0; r < size_t(n); ++r) y[r] = x[0][r] + 0.1 * x[1][r] + 0.05 * x[2][r] + error[r];
     PrepConfiguration prep = handMade({"a", "b", "c", "d", "e", "f", "g", "h"}, x);
-    OutputTable outputs = outputsOf({y});
+    OutputTable outputs = test::tableOf({y});
     RegressionStats stats;
     ASSERT_EQ(stats.compute(prep, outputs), 1);
     const RegressionStats before = stats;
@@ -433,20 +410,6 @@ TEST(RegressionStats, ApplyAlphaRedoesOnlyTheFlags) {
     EXPECT_TRUE(changed);
     EXPECT_EQ(stats.applyAlpha(0.75f), 0);
 }
-
-// Reading a post-processor file sets the remembered directories: put them back.
-struct DirectoriesGuard {
-    RememberedDirectories saved = Environment::instance().directories();
-    ~DirectoriesGuard() {
-        for (int k = 0; k < RememberedDirectories::kCount; ++k) {
-            auto which = static_cast<RememberedDirectories::Which>(k);
-            if (saved.isSet(which))
-                (void)Environment::instance().directories().set(which, saved.get(which));
-            else
-                Environment::instance().directories().clear(which);
-        }
-    }
-};
 
 TEST(RegressionStats, FileLayoutAndRoundTrip) {
     // The layout, on a hand-filled object of one factor and one variable.
@@ -471,43 +434,25 @@ TEST(RegressionStats, FileLayoutAndRoundTrip) {
               "1\n1.5\t \t2\n3\t \t0.25\n5.5\t \t3.02765\n5.5\t \t3.02765\n"
               "\n0.75\t \t0.5\t \t0.625\t \t0.333333\t \t");
 
-    // A computed result through the post-processor file.
-    DirectoriesGuard directories;
-    test::ScratchDir dir;
-    ModelConfiguration model;
-    test::readResults(model, dir, test::kTimedOutput);
+    // A computed result through the post-processor file: every number comes
+    // back at its six digits, the trailer's included.
     const int32_t n = 30;
     PrepConfiguration prep = generated(std::make_unique<RandomSampler>(), n,
                                        factorList(uniformFactor("a"), constantFactor("k", 2.0), uniformFactor("b")));
     const std::vector<Column> x = factorColumns(prep);
     Column y(n), z(n);
     for (size_t r = 0; r < size_t(n); ++r) y[r] = x[0][r] * x[2][r], z[r] = std::exp(x[2][r]) + x[0][r];
-    OutputTable outputs = outputsOf({y, z});
-    VelsConfiguration vels;
-    vels.setOutputs(2, {"Y", "Z"});
-    auto stats = std::make_unique<RegressionStats>();
-    ASSERT_EQ(stats->compute(prep, outputs), 1);
-    stats->alpha = 0.975f;
-    vels.sensitivity = std::move(stats);
-    std::stringstream file;
-    writePostprocessorText(file, prep, model, vels);
-    PrepConfiguration prepBack;
-    ModelConfiguration modelBack;
-    VelsConfiguration velsBack;
-    ASSERT_EQ(readPostprocessorText(file, prepBack, modelBack, velsBack), 1);
-    ASSERT_NE(velsBack.sensitivity, nullptr);
-    const auto* back = dynamic_cast<const RegressionStats*>(velsBack.sensitivity.get());
+    OutputTable outputs = test::tableOf({y, z});
+    RegressionStats stats;
+    ASSERT_EQ(stats.compute(prep, outputs), 1);
+    stats.alpha = 0.975f;
+    std::unique_ptr<SensitivityStats> read;
+    (void)test::roundTripBlock(prep, stats, &read);
+    const auto* back = dynamic_cast<const RegressionStats*>(read.get());
     ASSERT_NE(back, nullptr);
-    EXPECT_EQ(back->computed, 1);
     EXPECT_EQ(back->alpha, 0.975f);
     EXPECT_EQ(back->activeCount, 2);
     EXPECT_EQ(back->records[1].kind, kConstantFactor);
-    // What was read writes the same text: every number came back at its six
-    // digits, the trailer's included.
-    std::ostringstream first, second;
-    vels.sensitivity->write(first);
-    back->write(second);
-    EXPECT_EQ(second.str(), first.str());
     EXPECT_EQ(back->rankMoments.size(), 5u);
     EXPECT_EQ(back->determinations.size(), 2u);
     // A read result keeps no sample for the tests.

@@ -18,8 +18,6 @@ namespace {
 
 using test::Ishigami;
 using test::valuesOf;
-using testing::constantFactor;
-using testing::uniformFactor;
 
 constexpr double kPi = std::numbers::pi;
 
@@ -42,22 +40,17 @@ void setSobol(PrepConfiguration& prep, int32_t base, int32_t kind, int32_t order
 
 // x1, x2, x3 on [-pi, pi], and a constant when asked.
 PrepConfiguration sobolPrep(int32_t base, int32_t kind, int32_t order, int32_t blocks, bool withConstant = false) {
-    PrepConfiguration prep;
-    for (const char* name : {"x1", "x2", "x3"}) EXPECT_EQ(prep.factors.addFactor(uniformFactor(name, -kPi, kPi)), 1);
-    if (withConstant) {
-        EXPECT_EQ(prep.factors.addFactor(constantFactor("k", 1.0)), 1);
-    }
+    PrepConfiguration prep = test::factorsOf(withConstant ? std::vector<std::string>{"x1", "x2", "x3", "k"}
+                                                          : std::vector<std::string>{"x1", "x2", "x3"},
+                                             -kPi, kPi);
     setSobol(prep, base, kind, order, blocks);
     return prep;
 }
 
 TEST(SobolStats, FirstAndTotalOrderOfGFunctionAndIshigami) {
     // Five factors on [0, 1] and a constant, which takes no block: 2 * 5 + 2 blocks.
-    PrepConfiguration prep;
+    PrepConfiguration prep = test::factorsOf({"x1", "x2", "k", "x3", "x4", "x5"}, 0.0, 1.0, 0.5);
     setSobol(prep, kBase, 1, 0, 12);
-    for (const char* name : {"x1", "x2"}) ASSERT_EQ(prep.factors.addFactor(uniformFactor(name)), 1);
-    ASSERT_EQ(prep.factors.addFactor(constantFactor("k", 0.5)), 1);
-    for (const char* name : {"x3", "x4", "x5"}) ASSERT_EQ(prep.factors.addFactor(uniformFactor(name)), 1);
     const test::GFunction g{{0.0, 1.0, 4.5, 9.0, 99.0}};
     const auto onPi = [](double u) { return kPi * (2.0 * u - 1.0); };
     OutputTable table;
@@ -160,18 +153,20 @@ TEST(SobolStats, CheapDesignReadsLargeTermsThroughTheirComplements) {
     // the cheap one stops after the pairs (k / 2 = 2), at 12. A G function's
     // closed index of a set S is (prod over S of (1 + V_i) - 1) / V.
     const test::GFunction g{{0.0, 1.0, 4.5, 9.0}};
-    const auto run = [&g](int32_t blocks, OutputTable& table) {
-        PrepConfiguration prep;
-        for (const char* name : {"x1", "x2", "x3", "x4"}) EXPECT_EQ(prep.factors.addFactor(uniformFactor(name)), 1);
+    // The statistics of `blocks` blocks; compute's result goes to `result`.
+    const auto run = [&g](int32_t blocks, int* result) {
+        PrepConfiguration prep = test::factorsOf({"x1", "x2", "x3", "x4"});
         setSobol(prep, kBase, 3, 3, blocks);
+        OutputTable table;
         test::runModels(prep, {[&g](const double* x) { return g.value(x); }}, table);
         SobolStats stats;
         stats.variableCount = 1;
-        EXPECT_EQ(stats.compute(prep, table), 1) << stats.errorText;
+        *result = stats.compute(prep, table);
         return stats;
     };
-    OutputTable fullTable, cheapTable, shortTable;
-    const SobolStats full = run(16, fullTable), cheap = run(12, cheapTable);
+    int fullResult = 0, cheapResult = 0, refusedResult = 1;
+    const SobolStats full = run(16, &fullResult), cheap = run(12, &cheapResult);
+    ASSERT_EQ(fullResult + cheapResult, 2) << full.errorText << cheap.errorText;
     ASSERT_EQ(cheap.records.size(), 14u);
     double all = 1.0;
     for (size_t i = 0; i < 4; ++i) all *= 1.0 + g.partial(i);
@@ -189,13 +184,8 @@ TEST(SobolStats, CheapDesignReadsLargeTermsThroughTheirComplements) {
         EXPECT_NEAR(cheap.records[r].values[1], full.records[r].values[1], tolerance) << cheap.records[r].name;
     }
     // One block fewer than the cheap design is refused.
-    SobolStats refused;
-    refused.variableCount = 1;
-    PrepConfiguration prep;
-    for (const char* name : {"x1", "x2", "x3", "x4"}) ASSERT_EQ(prep.factors.addFactor(uniformFactor(name)), 1);
-    setSobol(prep, kBase, 3, 3, 11);
-    test::runModels(prep, {[&g](const double* x) { return g.value(x); }}, shortTable);
-    EXPECT_EQ(refused.compute(prep, shortTable), 0);
+    const SobolStats refused = run(11, &refusedResult);
+    EXPECT_EQ(refusedResult, 0);
     EXPECT_EQ(refused.errorText,
               "The Sobol design of 4 factors and base size 4096 needs 65536 runs, the output table holds 45056");
 }
@@ -231,12 +221,7 @@ TEST(SobolStats, FlatBlocksAndRefusals) {
     EXPECT_EQ(stats.compute(prep, empty), 0);
     EXPECT_EQ(stats.errorText, "No errors");
     EXPECT_EQ(stats.computed, 0);
-    OutputTable cut;
-    ASSERT_EQ(cut.allocate(1), 1);
-    for (int32_t r = 0; r + 1 < table.rowCount(); ++r) {
-        const double y = table.value(r, 0);
-        ASSERT_GT(cut.addRow(&y), 0);
-    }
+    OutputTable cut = test::withoutLastRun(table);
     EXPECT_EQ(stats.compute(prep, cut), 0);
     EXPECT_EQ(stats.errorText, "The Sobol design of 3 factors and base size 16 needs 128 runs, the output table holds 127");
     EXPECT_TRUE(stats.records.empty());
@@ -261,18 +246,17 @@ TEST(SobolStats, FileBlockAndTable) {
     // typeId, factorCount, extra, variableCount, maxOrder, termCount,
     // slotMode; per record the name, groupCount, group names, kind, and per
     // variable three slots for a single factor, two for the others.
-    std::ostringstream block;
-    stats.write(block);
+    std::unique_ptr<SensitivityStats> back;
+    const std::string block = test::roundTripBlock(prep, stats, &back);
     const std::string start = "4\n4\n3\n2\n3\n7\n3\nindexes = yes\nx1\n1\nx1\n3\t \t";
-    EXPECT_EQ(block.str().substr(0, start.size()), start);
+    EXPECT_EQ(block.substr(0, start.size()), start);
     const std::string pair = "\nx2,x3\n2\nx2\nx3\n3\t \t";
-    const size_t at = block.str().find(pair);
+    const size_t at = block.find(pair);
     ASSERT_NE(at, std::string::npos);
-    const std::string line = block.str().substr(at + pair.size(), block.str().find('\n', at + pair.size()) - at - pair.size());
+    const std::string line = block.substr(at + pair.size(), block.find('\n', at + pair.size()) - at - pair.size());
     EXPECT_EQ(std::count(line.begin(), line.end(), '\t'), 8) << line;
     EXPECT_EQ(line.substr(line.size() - 6), "nan\t \t");  // the constant output's closed index
-    VelsConfiguration back;
-    const SobolStats* read = test::roundTrip(prep, stats, back);
+    const auto* read = dynamic_cast<const SobolStats*>(back.get());
     ASSERT_NE(read, nullptr);
     EXPECT_EQ(std::vector<int32_t>({read->extra, read->maxOrder, read->termCount, read->slotMode}),
               std::vector<int32_t>({3, 3, 7, 3}));
@@ -288,7 +272,8 @@ TEST(SobolStats, FileBlockAndTable) {
     test::runModels(prep, {[](const double* x) { return Ishigami::value(x[0], x[1], x[2]); }, [](const double*) { return 3.0; }},
                     firstForm);
     ASSERT_EQ(stats.compute(prep, firstForm), 1) << stats.errorText;
-    read = test::roundTrip(prep, stats, back);
+    (void)test::roundTripBlock(prep, stats, &back);
+    read = dynamic_cast<const SobolStats*>(back.get());
     ASSERT_NE(read, nullptr);
     EXPECT_EQ(read->slotMode, 1);
     std::ostringstream saved;

@@ -8,8 +8,7 @@
 #include <cmath>
 #include <sstream>
 
-#include "TestSupport.h"
-#include "postproc/OutputTable.h"
+#include "PostprocFixtures.h"
 #include "postproc/StudentTable.h"
 #include "postproc/UaCurves.h"
 #include "postproc/UaSettings.h"
@@ -19,20 +18,8 @@
 namespace tarvex {
 namespace {
 
-// Columns of equal length.
-OutputTable tableOf(const std::vector<std::vector<double>>& columns) {
-    OutputTable table;
-    EXPECT_EQ(table.allocate(static_cast<int32_t>(columns.size())), 1);
-    std::vector<double> row(columns.size());
-    for (std::size_t r = 0; r < columns[0].size(); ++r) {
-        for (std::size_t c = 0; c < columns.size(); ++c) row[c] = columns[c][r];
-        EXPECT_GT(table.addRow(row.data()), 0);
-    }
-    return table;
-}
-
 UaStats statsOf(const std::vector<std::vector<double>>& columns) {
-    OutputTable table = tableOf(columns);
+    OutputTable table = test::tableOf(columns);
     UaStats stats;
     stats.compute(std::vector<std::string>(columns.size(), "v"), table);
     return stats;

@@ -78,7 +78,6 @@ TEST(OutputExpression, CheckRefusesWhatCannotBeEvaluatedOrRead) {
     for (const char* bad : {"(Y[max] + 1", "Y[max] +", "", "1 / 0", "Y[abc]", "W[max]", "Y]", "[3]", "Y[max",
                             "Y[1]]", "pow(Y, 2)"})
         EXPECT_EQ(checkOutputExpression(bad, outputs), 0) << bad;
-    EXPECT_EQ(std::string(kExpressionErrorText), "   Expression can't be evaluated.");
 
     OutputExpression e;
     ASSERT_EQ(e.parse("Y[max]*2e-3 + Y + Z[1.5] - Ya + exp(Z)", outputs), 1);

@@ -149,25 +149,6 @@ TEST(LatinSampler, DependenceTreeChildFollowsParent) {
     EXPECT_NEAR(spearman(column(store, 0), column(store, 1)), 0.0, 0.06);
 }
 
-TEST(LatinSampler, SameSeedSameDesign) {
-    FactorList list;
-    ASSERT_EQ(list.addFactor(uniformFactor("a")), 1);
-    ASSERT_EQ(list.addFactor(uniformFactor("b")), 1);
-    ASSERT_EQ(list.linkFactor(1, 0, -0.5), 1);
-    list.correlationMode = kTreeCorrelation;
-    LatinSampler s;
-    ASSERT_EQ(s.setSamples(300), 1);
-    ASSERT_EQ(s.setSeed(5), 1);
-    sampValues one, two, three;
-    drive(s, one, list);
-    drive(s, two, list);
-    ASSERT_EQ(s.setSeed(6), 1);
-    drive(s, three, list);
-    EXPECT_EQ(column(one, 0), column(two, 0));
-    EXPECT_EQ(column(one, 1), column(two, 1));
-    EXPECT_NE(column(one, 0), column(three, 0));
-}
-
 TEST(LatinSampler, ConstantsOnlyUnderRankCorrelationComplete) {
     FactorList list;
     ASSERT_EQ(list.addFactor(constantFactor("k", 2.0)), 1);

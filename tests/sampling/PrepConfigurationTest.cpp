@@ -12,6 +12,7 @@
 #include "sampling/LatinSampler.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/RandomSampler.h"
+#include "SampleFileRoundTrip.h"
 #include "SamplingFixtures.h"
 
 namespace tarvex {
@@ -283,25 +284,21 @@ TEST(PrepConfiguration, RecordWithoutAMethodReadsBack) {
 }
 
 TEST(PrepConfiguration, BadSampleFilesLeaveTheConfigurationAsItWas) {
-    ScratchDir dir;
-    CurrentDirGuard guard(dir.path());
     PrepConfiguration config = latinConfiguration(6, kNoCorrelation);
     auto random = std::make_unique<RandomSampler>();
     ASSERT_EQ(random->setSamples(6), 1);
     config.sampler = std::move(random);
-    ASSERT_EQ(runGeneration(config, nullptr).result, kGenerationDone);
-    ASSERT_EQ(config.writeSampleFile(dir.file("good.sam")), 1);
-    const std::string good = readFile(dir.file("good.sam"));
+    // The Random section reads back too.
+    PrepConfiguration back;
+    const auto [good, again] = sampleFileRoundTrip(config, back);
+    EXPECT_EQ(again, good);
+    ASSERT_TRUE(back.sampler);
+    EXPECT_EQ(back.sampler->methodName(), "Random");
+    EXPECT_EQ(back.sampler->numSamples(), 6);
     const std::string before = recordOf(config);
-    {
-        // The Random section reads back too.
-        PrepConfiguration back;
-        ASSERT_EQ(back.readSampleFile(dir.file("good.sam")), 1);
-        ASSERT_TRUE(back.sampler);
-        EXPECT_EQ(back.sampler->methodName(), "Random");
-        EXPECT_EQ(back.sampler->numSamples(), 6);
-        EXPECT_EQ(recordOf(back), good);
-    }
+
+    ScratchDir dir;
+    CurrentDirGuard guard(dir.path());
 
     std::vector<std::pair<std::string, std::string>> bad;
     bad.emplace_back("truncated", good.substr(0, good.size() / 2));

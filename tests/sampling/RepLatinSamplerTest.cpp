@@ -13,6 +13,7 @@
 #include "sampling/GenerationLoop.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/RepLatinSampler.h"
+#include "SampleFileRoundTrip.h"
 #include "SamplingFixtures.h"
 
 namespace tarvex {
@@ -174,8 +175,6 @@ TEST(RepLatinSampler, SettersElementsAndChoice) {
 }
 
 TEST(RepLatinSampler, SectionAndSampleFileRoundTrip) {
-    ScratchDir dir;
-    CurrentDirGuard guard(dir.path());
     PrepConfiguration config;
     ASSERT_EQ(config.factors.addFactor(uniformFactor("a", 3.0, 4.0)), 1);
     ASSERT_EQ(config.factors.addFactor(constantFactor("k", 1.0)), 1);
@@ -186,7 +185,9 @@ TEST(RepLatinSampler, SectionAndSampleFileRoundTrip) {
     ASSERT_EQ(made->setReplications(2), 1);
     RepLatinSampler& s = *made;
     config.sampler = std::move(made);
-    ASSERT_EQ(runGeneration(config, nullptr).result, kGenerationDone);
+    PrepConfiguration back;
+    const auto [first, second] = sampleFileRoundTrip(config, back);
+    EXPECT_EQ(second, first);
     const std::vector<double> a = column(config.samples, 0);
     EXPECT_EQ(sorted(rowsOf(a, 2, 2)), sorted(rowsOf(a, 0, 2))) << "a replicate after the value pass";
 
@@ -200,11 +201,7 @@ TEST(RepLatinSampler, SectionAndSampleFileRoundTrip) {
     EXPECT_EQ(out.str(), expected.str());
     EXPECT_EQ(std::set<int32_t>({r0[0], r1[0], r0[1], r1[1]}), std::set<int32_t>({0, 1, 2, 3}));
 
-    ASSERT_EQ(config.writeSampleFile(dir.file("rep.sam")), 1);
-    PrepConfiguration back;
-    ASSERT_EQ(back.readSampleFile(dir.file("rep.sam")), 1);
-    ASSERT_EQ(back.writeSampleFile(dir.file("again.sam")), 1);
-    EXPECT_EQ(readFile(dir.file("again.sam")), readFile(dir.file("rep.sam")));
+    EXPECT_NE(first.find(out.str()), std::string::npos);
     EXPECT_TRUE(s.runListsAvailable());
     EXPECT_TRUE(dynamic_cast<const RepLatinSampler&>(*back.sampler).runListsAvailable());
 
@@ -232,7 +229,6 @@ TEST(RepLatinSampler, SectionAndSampleFileRoundTrip) {
         EXPECT_EQ(s.setBaseDesign(3), 1);
         EXPECT_FALSE(s.runListsAvailable());
     }
-    Environment::instance().directories().clear(RememberedDirectories::Prep);
 
     const std::string items = out.str().substr(std::string("6\nReplicated Latin Hypercube\n").size());
     std::string longName = items;

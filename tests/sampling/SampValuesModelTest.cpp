@@ -217,25 +217,21 @@ INSTANTIATE_TEST_SUITE_P(SmallWindows, RandomAccess,
                                            Shape{64, 5, 1500}, Shape{10, 11, 1000}, Shape{16, 40, 800},
                                            Shape{1, 2, 800}));
 
-TEST(RandomAccessFullWindow, TwentyColumnsOverSeveralBlocks) {
-    Driver driver(sampValues::defaultCacheLimit, 20, 11);
-    ASSERT_EQ(driver.store_.blockRows(), 13108);
-    driver.appendRows(3 * 13108 + 77);
-    driver.run(40);
-}
-
-TEST(RandomAccessFullWindow, OneColumnOverSeveralBlocks) {
-    Driver driver(sampValues::defaultCacheLimit, 1, 12);
-    ASSERT_EQ(driver.store_.blockRows(), 262145);
-    driver.appendRows(2 * 262145 + 1000);
-    driver.run(30);
-}
-
-TEST(RandomAccessFullWindow, MoreColumnsThanTheWindow) {
-    Driver driver(sampValues::defaultCacheLimit, 262144 + 9, 13);
-    ASSERT_EQ(driver.store_.blockRows(), 1);
-    driver.appendRows(4);
-    driver.run(15);
+// The default window: twenty columns and one over several blocks, and more
+// columns than the window holds.
+TEST(RandomAccessFullWindow, SeveralBlocksAndMoreColumnsThanTheWindow) {
+    struct Case {
+        int32_t columns, blockRows, rows, steps;
+        uint32_t seed;
+    } const cases[] = {{20, 13108, 3 * 13108 + 77, 40, 11}, {1, 262145, 2 * 262145 + 1000, 30, 12}, {262144 + 9, 1, 4, 15, 13}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(::testing::Message() << c.columns << " columns");
+        Driver driver(sampValues::defaultCacheLimit, c.columns, c.seed);
+        ASSERT_EQ(driver.store_.blockRows(), c.blockRows);
+        driver.appendRows(c.rows);
+        driver.run(c.steps);
+        if (HasFatalFailure()) return;
+    }
 }
 
 // A whole table written column by column after the rows exist, then read

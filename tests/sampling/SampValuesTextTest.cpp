@@ -28,18 +28,13 @@ std::string textOf(const sampValues& store) {
 
 const std::vector<std::vector<double>> kSmall = {{1.0, 0.5, -2.25}, {1.0 / 3.0, 1e-12, 123456789012.0}};
 
-TEST(SampValuesText, ByRunLines) {
+TEST(SampValuesText, ByRunAndByFactorLines) {
     sampValues store;
     fill(store, kSmall);
     std::ostringstream out;
     out << store;
     EXPECT_EQ(out.str(), "2\n3\n0\n1\t0.5\t-2.25\t\n0.3333333333\t1e-12\t1.23456789e+11\t\n");
     EXPECT_EQ(out.precision(), 10) << "the writer leaves the stream at ten digits";
-}
-
-TEST(SampValuesText, ByFactorLines) {
-    sampValues store;
-    fill(store, kSmall);
     ASSERT_EQ(store.setOrder(1), 1);
     EXPECT_EQ(textOf(store), "2\n3\n1\n1\t0.3333333333\t\n0.5\t1e-12\t\n-2.25\t1.23456789e+11\t\n");
 }
@@ -134,53 +129,35 @@ TEST(SampValuesText, InfinityAndNanSurvive) {
         sampValues back;
         text >> back;
         ASSERT_FALSE(text.fail()) << text.str();
-        double x = 0;
-        ASSERT_EQ(back.getValue(0, 0, &x), 1);
-        EXPECT_EQ(x, inf);
-        ASSERT_EQ(back.getValue(0, 1, &x), 1);
-        EXPECT_EQ(x, -inf);
-        ASSERT_EQ(back.getValue(0, 2, &x), 1);
-        EXPECT_TRUE(std::isnan(x));
-        ASSERT_EQ(back.getValue(1, 0, &x), 1);
-        EXPECT_TRUE(x == 0.0 && std::signbit(x));
-        ASSERT_EQ(back.getValue(1, 1, &x), 1);
-        EXPECT_EQ(x, std::numeric_limits<double>::denorm_min());
-        ASSERT_EQ(back.getValue(1, 2, &x), 1);
-        EXPECT_EQ(x, std::numeric_limits<double>::max()) << "written as 1.797693135e+308";
+        std::vector<double> x(3);
+        ASSERT_EQ(back.getRow(0, x.data()), 1);
+        EXPECT_EQ(x[0], inf);
+        EXPECT_EQ(x[1], -inf);
+        EXPECT_TRUE(std::isnan(x[2]));
+        ASSERT_EQ(back.getRow(1, x.data()), 1);
+        EXPECT_TRUE(x[0] == 0.0 && std::signbit(x[0]));
+        EXPECT_EQ(x[1], std::numeric_limits<double>::denorm_min());
+        EXPECT_EQ(x[2], std::numeric_limits<double>::max()) << "written as 1.797693135e+308";
     }
 }
 
+// A read replaces what the store held.
 TEST(SampValuesText, ReaderTakesAnyWhiteSpaceAndPlusSigns) {
     std::istringstream in("2 2 1\n+1.5 2e1\n\n 3\t-4.25e-1\nnext");
     sampValues store;
-    in >> store;
-    ASSERT_FALSE(in.fail());
-    double x = 0;
-    // By factor: the first two numbers are column 0.
-    ASSERT_EQ(store.getValue(0, 0, &x), 1);
-    EXPECT_EQ(x, 1.5);
-    ASSERT_EQ(store.getValue(1, 0, &x), 1);
-    EXPECT_EQ(x, 20.0);
-    ASSERT_EQ(store.getValue(0, 1, &x), 1);
-    EXPECT_EQ(x, 3.0);
-    ASSERT_EQ(store.getValue(1, 1, &x), 1);
-    EXPECT_EQ(x, -0.425);
-    std::string rest;
-    std::getline(in, rest);
-    EXPECT_EQ(rest, "next");
-}
-
-TEST(SampValuesText, ReadReplacesTheContent) {
-    sampValues store;
     fill(store, {{9.0, 9.0, 9.0, 9.0}});
-    std::istringstream in("1\n2\n0\n5\t6\t\n");
     in >> store;
     ASSERT_FALSE(in.fail());
     EXPECT_EQ(store.columnCount(), 2);
-    EXPECT_EQ(store.rowCount(), 1);
-    double x = 0;
-    ASSERT_EQ(store.getValue(0, 1, &x), 1);
-    EXPECT_EQ(x, 6.0);
+    // By factor: the first two numbers are column 0.
+    std::vector<double> row(2);
+    ASSERT_EQ(store.getRow(0, row.data()), 1);
+    EXPECT_EQ(row, (std::vector<double>{1.5, 3.0}));
+    ASSERT_EQ(store.getRow(1, row.data()), 1);
+    EXPECT_EQ(row, (std::vector<double>{20.0, -0.425}));
+    std::string rest;
+    std::getline(in, rest);
+    EXPECT_EQ(rest, "next");
 }
 
 // Each bad text fails the stream and leaves an empty store, whatever the
