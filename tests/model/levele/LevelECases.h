@@ -5,6 +5,7 @@
 // digits).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <fstream>
@@ -52,6 +53,12 @@ inline std::vector<std::vector<ReferenceRow>> readReference(const std::string& n
         cases.back().push_back(row);
     }
     return cases;
+}
+
+inline double peakOf(const std::vector<ReferenceRow>& rows) {
+    double peak = 0.0;
+    for (const ReferenceRow& row : rows) peak = std::max(peak, row.values[0]);
+    return peak;
 }
 
 // The tolerance the references hold to: 1e-10 of the run's peak plus 1e-6 of the value.
