@@ -99,7 +99,9 @@ TEST(LevelEModel, InventoriesAtFailureFollowTheDecayChain) {
         }
         FactorValues f = referenceCases()[0];
         f[kContainmentTime] = T;
-        const auto& inventory = LaplaceSolution(f).inventoryAtFailure();
+        // The solution outlives the reference to its inventory.
+        const LaplaceSolution solution(f);
+        const auto& inventory = solution.inventoryAtFailure();
         for (std::size_t n = 0; n < 4; ++n) EXPECT_NEAR(inventory[n], a[n], 1e-12 * a[n]) << T << ", " << n;
     }
 }
